@@ -12,8 +12,10 @@
 // lines, text, pattern brushes) leave the alpha byte of every pixel they touch at 0; copies
 // (BitBlt, StretchBlt, SetDIBitsToDevice) move all four bytes; AlphaBlend and GradientFill
 // compute it.
+#include <memory>
 #include <vector>
 
+#include "platform/LogFont.h"
 #include "platform/Surface.h"
 #include "platform/Types.h"
 
@@ -29,6 +31,8 @@ struct DeviceContext {
   POINT origin{};               // device offset of logical (0,0) before the org transforms
   POINT windowOrg{};
   POINT viewportOrg{};
+  std::vector<RECT> visible;    // base clip before the caller's region: the surface bounds of a
+                                // memory DC, the visible part of the window for a window DC
   std::vector<RECT> clip;       // effective clip, device coordinates
   HRGN selectedClip = 0;        // the caller's clip region (logical copy), 0 for none
 
@@ -52,5 +56,15 @@ struct DeviceContext {
 
 // The DC behind a handle, or null for a stale or foreign one.
 [[nodiscard]] DeviceContext* LookupDC(HDC hdc);
+
+// Issues a handle for a DC built elsewhere in the platform (window DCs); the table owns it.
+[[nodiscard]] HDC RegisterDC(std::unique_ptr<DeviceContext> dc);
+// Frees a DC made by RegisterDC. Selected objects are not deleted: they belong to the caller.
+bool FreeDC(HDC hdc);
+// Recomputes `clip` from `visible` and the selected clip region; call after changing either.
+void UpdateClip(DeviceContext& dc);
+
+// The description a font object was made from, or null for a stale or foreign handle.
+[[nodiscard]] const LOGFONTW* LookupFont(HFONT font);
 
 }  // namespace mx::platform
