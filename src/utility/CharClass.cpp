@@ -1,0 +1,34 @@
+#include "utility/CharClass.h"
+
+namespace mx::utility {
+
+namespace {
+
+struct Range {
+  char16_t first, last;
+};
+
+// Alphabetic ranges outside ASCII, sorted. Symbols inside these blocks (the multiplication and
+// division signs, Greek and Armenian punctuation, Arabic digits) are left out on purpose.
+constexpr Range kLetters[] = {
+    {0x00AA, 0x00AA}, {0x00B5, 0x00B5}, {0x00BA, 0x00BA}, {0x00C0, 0x00D6}, {0x00D8, 0x00F6},
+    {0x00F8, 0x02C1}, {0x02C6, 0x02D1}, {0x02E0, 0x02E4}, {0x0370, 0x0374}, {0x0376, 0x037D},
+    {0x037F, 0x037F}, {0x0386, 0x0386}, {0x0388, 0x03F5}, {0x03F7, 0x0481}, {0x048A, 0x052F},
+    {0x0531, 0x0556}, {0x0561, 0x0587}, {0x05D0, 0x05EA}, {0x0620, 0x064A}, {0x066E, 0x06D3},
+    {0x1E00, 0x1FBC}, {0x1FC2, 0x1FCC}, {0x1FD0, 0x1FDB}, {0x1FE0, 0x1FEC}, {0x1FF2, 0x1FFC},
+    {0x3041, 0x3096}, {0x30A1, 0x30FA}, {0x4E00, 0x9FFF}, {0xAC00, 0xD7A3}, {0xF900, 0xFAFF},
+};
+
+}  // namespace
+
+bool IsCharAlpha(char16_t c) {
+  if ((c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z')) return true;
+  if (c < 0x80) return false;
+  for (const Range& r : kLetters) {
+    if (c < r.first) return false;
+    if (c <= r.last) return true;
+  }
+  return false;
+}
+
+}  // namespace mx::utility

@@ -1,0 +1,81 @@
+#pragma once
+// Class MX: the library's stand-alone utilities for text, numbers, Brazilian document numbers,
+// addresses, text files and dates. Every member is a function of its arguments (and of the clock
+// for the "current" ones). No member throws to its caller: on a failure it returns what it had so
+// far, which means False, 0 or an empty string.
+#include <cstdint>
+
+#include "host/String.h"
+#include "utility/DateFormats.h"
+
+namespace mx::utility {
+
+enum ENUM_ENCODIND_TYPE : int32_t {
+  EncUnknown = 0,
+  EncANSI = 1,
+  EncUTF8 = 2,
+  EncUnicode = 3,
+  EncUnicodeBigEndian = 4,
+};
+
+class MX {
+ public:
+  using String = host::String;
+
+  // ---- money, documents, addresses
+  [[nodiscard]] String CurrencyAsStr(double xValue, const String& xSingularCurrencyCountry = u"real",
+                                     const String& xPluralCurrencyCountry = u"reais",
+                                     const String& xSingularDecimalCountry = u"centavo",
+                                     const String& xPluralDecimalCountry = u"centavos") const;
+  [[nodiscard]] bool IsValidCPFOrCNPJ(const String& xDocument) const;
+  [[nodiscard]] bool IsValidEmail(const String& xEmail) const;
+  [[nodiscard]] bool IsValidIP(const String& xIP) const;
+  [[nodiscard]] bool IsValidURL(const String& xUrl) const;
+  [[nodiscard]] bool IsValidFileName(const String& xFileName) const;
+
+  // ---- text
+  [[nodiscard]] String RemoveAccents(const String& xString) const;
+  [[nodiscard]] String ReturnNumbersOnly(const String& xString) const;
+  [[nodiscard]] String ReturnTextsOnly(const String& xString) const;
+  [[nodiscard]] String ReturnTextsAndNumbersOnly(const String& xString) const;
+  [[nodiscard]] String FormatWithZeros(const String& xString, int16_t xNumberOfZeros) const;
+  [[nodiscard]] int32_t LenTrim(const String& xString) const;
+  [[nodiscard]] String GetStringContent(const String& xString, const String& xStringFrom,
+                                        const String& xStringTo) const;
+
+  // ---- numbers
+  [[nodiscard]] String MilimeterToInche(double xValue) const;
+  [[nodiscard]] String FormatFileSize(double xValue) const;
+  [[nodiscard]] String LongToHex(int32_t xValue) const;
+  [[nodiscard]] int32_t ShiftRGBColor(int32_t xColor, int16_t xShiftValue) const;
+  [[nodiscard]] int32_t CreateRandomNumberAsLong() const;
+  [[nodiscard]] String CreateRandomNumberAsStr(const String& xDelimiter = u".",
+                                               int16_t xNumberOfCharactersPerSpace = 4,
+                                               int32_t xFormattedCharacters = 99) const;
+
+  // ---- files
+  [[nodiscard]] String LoadStringFromFile(const String& xFile, ENUM_ENCODIND_TYPE Tipo = EncUnknown) const;
+
+  // ---- dates
+  [[nodiscard]] bool IsValidDate(const String& xDate, ENUM_DATE_FORMAT xFormat) const;
+  [[nodiscard]] bool IsValidDateEx(const String& xDate, ENUM_DATE_FORMAT xFormat = dd_mm_yyyy_Slash) const;
+  [[nodiscard]] bool IsValidTime(const String& xTime, const String& xDelimiter = u":") const;
+  [[nodiscard]] String FormatAsDate(const String& xDate, const String& xFormat) const;
+  [[nodiscard]] String FormatAsDateEx(const String& xDate, const String& xFormat = u"DD/MM/YYYY") const;
+  [[nodiscard]] String CurrentTime() const;
+  [[nodiscard]] String CurrentDate() const;
+  [[nodiscard]] String CurrentDateTime() const;
+  [[nodiscard]] int32_t NumberOfDaysOnMonth(int16_t xMonth, int16_t xYear = 0) const;
+  [[nodiscard]] bool IsYearLeap(int16_t xYear) const;
+  [[nodiscard]] int16_t CalculateAge(double xBirthday) const;
+  [[nodiscard]] String NameOfTheDay(double xDate, bool xAbbreviated = false) const;
+};
+
+// The digit filter behind ReturnNumbersOnly, with the switch that also keeps "-" for callers that
+// deal in negative numbers.
+[[nodiscard]] host::String ReturnNumbersOnly(host::StringView xString, bool xKeepMinus);
+
+// Adds xShiftValue to each colour channel, each held to 0..255. Shared with the control frame.
+[[nodiscard]] int32_t ShiftRGBColor(int32_t xColor, int16_t xShiftValue);
+
+}  // namespace mx::utility
