@@ -48,6 +48,9 @@ struct DeviceContext {
   UINT textAlign = 0;
   POINT currentPos{};
   POINT brushOrg{};
+  COLORREF dcBrushColor = 0xFFFFFF;  // colours of the DC_BRUSH and DC_PEN stock objects
+  COLORREF dcPenColor = 0x000000;
+  int polyFillMode = 1;         // ALTERNATE
 
   [[nodiscard]] POINT toDevice(POINT p) const {
     return {p.x - windowOrg.x + viewportOrg.x + origin.x, p.y - windowOrg.y + viewportOrg.y + origin.y};

@@ -1,0 +1,252 @@
+#pragma once
+// The drawing API: device contexts, bitmaps, pens, brushes, fonts, regions, icons, copies and
+// blends. Names, arguments, constants and structure layouts are the classic desktop API's, so
+// code written against it reads the same here. Every object is a typed handle; a stale or
+// foreign handle is refused with the failure value of the call, never followed.
+//
+// Coordinates are logical; a DC maps them to its surface through its origins (see
+// DeviceContext.h). Right and bottom edges of rectangles are exclusive everywhere.
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "platform/LogFont.h"
+#include "platform/Region.h"
+#include "platform/Types.h"
+
+namespace mx::platform {
+
+// ---- structures ---------------------------------------------------------------------------
+
+struct BITMAPINFOHEADER {
+  DWORD biSize = 40;
+  LONG biWidth = 0;
+  LONG biHeight = 0;  // positive: bottom-up rows; negative: top-down
+  WORD biPlanes = 1;
+  WORD biBitCount = 32;
+  DWORD biCompression = 0;  // BI_RGB
+  DWORD biSizeImage = 0;
+  LONG biXPelsPerMeter = 0;
+  LONG biYPelsPerMeter = 0;
+  DWORD biClrUsed = 0;
+  DWORD biClrImportant = 0;
+};
+static_assert(sizeof(BITMAPINFOHEADER) == 40);
+
+struct RGBQUAD {
+  BYTE rgbBlue = 0, rgbGreen = 0, rgbRed = 0, rgbReserved = 0;
+};
+
+struct BITMAPINFO {
+  BITMAPINFOHEADER bmiHeader;
+  RGBQUAD bmiColors[1];
+};
+
+struct BITMAP {
+  LONG bmType = 0;
+  LONG bmWidth = 0;
+  LONG bmHeight = 0;
+  LONG bmWidthBytes = 0;
+  WORD bmPlanes = 1;
+  WORD bmBitsPixel = 32;
+  void* bmBits = nullptr;  // the pixel memory of a DIB section; null for other bitmaps
+};
+
+struct DIBSECTION {
+  BITMAP dsBm;
+  BITMAPINFOHEADER dsBmih;
+  DWORD dsBitfields[3] = {};
+  HANDLE dshSection = 0;
+  DWORD dsOffset = 0;
+};
+
+struct LOGPEN {
+  UINT lopnStyle = 0;
+  POINT lopnWidth{};
+  COLORREF lopnColor = 0;
+};
+
+struct LOGBRUSH {
+  UINT lbStyle = 0;
+  COLORREF lbColor = 0;
+  uintptr_t lbHatch = 0;
+};
+
+struct RGNDATAHEADER {
+  DWORD dwSize = 32;
+  DWORD iType = 1;  // RDH_RECTANGLES
+  DWORD nCount = 0;
+  DWORD nRgnSize = 0;
+  RECT rcBound{};
+};
+static_assert(sizeof(RGNDATAHEADER) == 32);
+
+// A header followed by nCount RECTs.
+struct RGNDATA {
+  RGNDATAHEADER rdh;
+  char Buffer[1];
+};
+
+struct XFORM;  // transformed regions are not supported: ExtCreateRegion wants a null one
+
+// ---- constants ----------------------------------------------------------------------------
+
+constexpr int HGDI_ERROR_INT = -1;
+constexpr HGDIOBJ HGDI_ERROR = 0xFFFFFFFFu;
+constexpr int CLR_INVALID = -1;
+
+// GetObjectType results, also the selectors of GetCurrentObject
+constexpr DWORD OBJ_PEN = 1, OBJ_BRUSH = 2, OBJ_DC = 3, OBJ_FONT = 6, OBJ_BITMAP = 7, OBJ_REGION = 8,
+                OBJ_MEMDC = 10;
+
+// GetStockObject
+constexpr int WHITE_BRUSH = 0, LTGRAY_BRUSH = 1, GRAY_BRUSH = 2, DKGRAY_BRUSH = 3, BLACK_BRUSH = 4,
+              NULL_BRUSH = 5, HOLLOW_BRUSH = 5, WHITE_PEN = 6, BLACK_PEN = 7, NULL_PEN = 8,
+              OEM_FIXED_FONT = 10, ANSI_FIXED_FONT = 11, ANSI_VAR_FONT = 12, SYSTEM_FONT = 13,
+              DEVICE_DEFAULT_FONT = 14, SYSTEM_FIXED_FONT = 16, DEFAULT_GUI_FONT = 17, DC_BRUSH = 18,
+              DC_PEN = 19;
+
+// bitmaps
+constexpr DWORD BI_RGB = 0, BI_BITFIELDS = 3;
+constexpr UINT DIB_RGB_COLORS = 0;
+
+// pens and brushes
+constexpr UINT PS_SOLID = 0, PS_DASH = 1, PS_DOT = 2, PS_DASHDOT = 3, PS_DASHDOTDOT = 4, PS_NULL = 5,
+               PS_INSIDEFRAME = 6;
+constexpr UINT BS_SOLID = 0, BS_NULL = 1, BS_HOLLOW = 1, BS_HATCHED = 2, BS_PATTERN = 3;
+constexpr int HS_HORIZONTAL = 0, HS_VERTICAL = 1, HS_FDIAGONAL = 2, HS_BDIAGONAL = 3, HS_CROSS = 4,
+              HS_DIAGCROSS = 5;
+
+// background and stretch modes (TRANSPARENT and OPAQUE are in DeviceContext.h)
+constexpr int BLACKONWHITE = 1, WHITEONBLACK = 2, COLORONCOLOR = 3, HALFTONE = 4,
+              STRETCH_ANDSCANS = 1, STRETCH_ORSCANS = 2, STRETCH_DELETESCANS = 3, STRETCH_HALFTONE = 4;
+
+// regions
+constexpr int ERROR = 0, NULLREGION = 1, SIMPLEREGION = 2, COMPLEXREGION = 3, RGN_ERROR = 0;
+constexpr int RGN_AND = 1, RGN_OR = 2, RGN_XOR = 3, RGN_DIFF = 4, RGN_COPY = 5;
+constexpr DWORD RDH_RECTANGLES = 1;
+constexpr int ALTERNATE = 1, WINDING = 2;
+
+// ---- device contexts ----------------------------------------------------------------------
+
+// A memory DC with the 1 x 1 stock bitmap, the black pen, the white brush and the system font
+// selected. The argument is accepted for compatibility and otherwise ignored: every surface is
+// 32 bits.
+[[nodiscard]] HDC CreateCompatibleDC(HDC hdc);
+BOOL DeleteDC(HDC hdc);
+// Pushes the DC's state; returns the new depth (1 for the first save) or 0.
+int SaveDC(HDC hdc);
+// Pops to a saved depth (positive) or back by -level (negative).
+BOOL RestoreDC(HDC hdc, int level);
+
+// Selects a bitmap, pen, brush or font and returns the one it replaces, or 0 on failure.
+// Selecting a region sets the clip (as SelectClipRgn) and returns the clip's kind.
+HGDIOBJ SelectObject(HDC hdc, HGDIOBJ obj);
+[[nodiscard]] HGDIOBJ GetCurrentObject(HDC hdc, UINT type);
+// Refuses (FALSE) stock objects and objects still selected into a DC.
+BOOL DeleteObject(HGDIOBJ obj);
+[[nodiscard]] HGDIOBJ GetStockObject(int index);
+[[nodiscard]] DWORD GetObjectType(HGDIOBJ obj);
+// Fills a BITMAP or DIBSECTION, LOGPEN, LOGBRUSH or LOGFONTW; with out null returns the size.
+int GetObjectW(HGDIOBJ obj, int cb, void* out);
+inline int GetObject(HGDIOBJ obj, int cb, void* out) { return GetObjectW(obj, cb, out); }
+
+COLORREF SetDCBrushColor(HDC hdc, COLORREF color);
+COLORREF SetDCPenColor(HDC hdc, COLORREF color);
+[[nodiscard]] COLORREF GetDCBrushColor(HDC hdc);
+[[nodiscard]] COLORREF GetDCPenColor(HDC hdc);
+COLORREF SetTextColor(HDC hdc, COLORREF color);
+[[nodiscard]] COLORREF GetTextColor(HDC hdc);
+COLORREF SetBkColor(HDC hdc, COLORREF color);
+[[nodiscard]] COLORREF GetBkColor(HDC hdc);
+int SetBkMode(HDC hdc, int mode);
+[[nodiscard]] int GetBkMode(HDC hdc);
+int SetStretchBltMode(HDC hdc, int mode);
+[[nodiscard]] int GetStretchBltMode(HDC hdc);
+int SetPolyFillMode(HDC hdc, int mode);
+[[nodiscard]] int GetPolyFillMode(HDC hdc);
+UINT SetTextAlign(HDC hdc, UINT align);
+[[nodiscard]] UINT GetTextAlign(HDC hdc);
+BOOL SetBrushOrgEx(HDC hdc, int x, int y, POINT* old);
+BOOL GetBrushOrgEx(HDC hdc, POINT* out);
+BOOL SetViewportOrgEx(HDC hdc, int x, int y, POINT* old);
+BOOL GetViewportOrgEx(HDC hdc, POINT* out);
+BOOL OffsetViewportOrgEx(HDC hdc, int dx, int dy, POINT* old);
+BOOL SetWindowOrgEx(HDC hdc, int x, int y, POINT* old);
+BOOL GetWindowOrgEx(HDC hdc, POINT* out);
+BOOL GetCurrentPositionEx(HDC hdc, POINT* out);
+// No pending work is ever kept; present for code that calls it before touching bits.
+BOOL GdiFlush();
+
+// ---- bitmaps ------------------------------------------------------------------------------
+
+// 32 or 24 bits, BI_RGB (or BI_BITFIELDS with the standard masks). The memory is zeroed and
+// returned in *bits. A 24-bit section is converted to and from 32 bits for drawing when it is
+// selected into and out of a DC (see GdiFlush-free rule in the source).
+[[nodiscard]] HBITMAP CreateDIBSection(HDC hdc, const BITMAPINFO* info, UINT usage, void** bits,
+                                       HANDLE section = 0, DWORD offset = 0);
+// A zeroed 32-bit bitmap of the given size.
+[[nodiscard]] HBITMAP CreateCompatibleBitmap(HDC hdc, int width, int height);
+// Only 1 plane of 32 bits; bits (rows top-down, width * 4 bytes each) may be null.
+[[nodiscard]] HBITMAP CreateBitmap(int width, int height, UINT planes, UINT bitsPerPixel, const void* bits);
+
+// ---- pens, brushes, fonts -----------------------------------------------------------------
+
+[[nodiscard]] HPEN CreatePen(int style, int width, COLORREF color);
+[[nodiscard]] HPEN CreatePenIndirect(const LOGPEN* lp);
+[[nodiscard]] HBRUSH CreateSolidBrush(COLORREF color);
+[[nodiscard]] HBRUSH CreateHatchBrush(int hatch, COLORREF color);
+// The brush keeps its own copy of the bitmap's pixels; the bitmap may be deleted afterwards.
+[[nodiscard]] HBRUSH CreatePatternBrush(HBITMAP bitmap);
+[[nodiscard]] HBRUSH CreateBrushIndirect(const LOGBRUSH* lb);
+[[nodiscard]] HFONT CreateFontIndirectW(const LOGFONTW* lf);
+inline HFONT CreateFontIndirect(const LOGFONTW* lf) { return CreateFontIndirectW(lf); }
+
+// ---- regions ------------------------------------------------------------------------------
+
+[[nodiscard]] HRGN CreateRectRgn(int left, int top, int right, int bottom);
+[[nodiscard]] HRGN CreateRectRgnIndirect(const RECT* r);
+// Like the classic call, the result covers [left, right - 1) x [top, bottom - 1): one pixel
+// less to the right and below than the rectangle given, which is why callers pass w + 1, h + 1.
+[[nodiscard]] HRGN CreateRoundRectRgn(int left, int top, int right, int bottom, int ew, int eh);
+[[nodiscard]] HRGN CreateEllipticRgn(int left, int top, int right, int bottom);
+[[nodiscard]] HRGN CreateEllipticRgnIndirect(const RECT* r);
+// Rectangles in any order. xform must be null. count is the byte size of data.
+[[nodiscard]] HRGN ExtCreateRegion(const XFORM* xform, DWORD count, const RGNDATA* data);
+// With data null returns the bytes needed; otherwise fills it when size allows and returns the
+// bytes written, 0 on failure.
+DWORD GetRegionData(HRGN rgn, DWORD size, RGNDATA* data);
+// The result kind (NULLREGION, SIMPLEREGION, COMPLEXREGION) or ERROR. dest may be a source.
+int CombineRgn(HRGN dest, HRGN src1, HRGN src2, int mode);
+int OffsetRgn(HRGN rgn, int dx, int dy);
+[[nodiscard]] BOOL PtInRegion(HRGN rgn, int x, int y);
+[[nodiscard]] BOOL RectInRegion(HRGN rgn, const RECT* r);
+int GetRgnBox(HRGN rgn, RECT* out);
+[[nodiscard]] BOOL EqualRgn(HRGN a, HRGN b);
+BOOL SetRectRgn(HRGN rgn, int left, int top, int right, int bottom);
+// The region's rectangles in banded order (empty for a stale handle).
+[[nodiscard]] std::vector<RECT> GetRegionRects(HRGN rgn);
+// The region object behind a handle, for platform code that works on regions directly.
+[[nodiscard]] const Region* LookupRegion(HRGN rgn);
+// Issues a handle for a region built in code.
+[[nodiscard]] HRGN CreateRegionFrom(Region region);
+
+// ---- clipping ------------------------------------------------------------------------------
+//
+// The clip region of a DC is in the DC's device units (relative to the window's client area for
+// a window DC), as the classic API keeps it: changing the origins afterwards does not move it.
+// IntersectClipRect and ExcludeClipRect take logical coordinates.
+
+int SelectClipRgn(HDC hdc, HRGN rgn);  // a copy is kept; 0 removes the clip
+int ExtSelectClipRgn(HDC hdc, HRGN rgn, int mode);
+int IntersectClipRect(HDC hdc, int left, int top, int right, int bottom);
+int ExcludeClipRect(HDC hdc, int left, int top, int right, int bottom);
+int OffsetClipRgn(HDC hdc, int dx, int dy);
+// Bounds of what can be drawn, in logical coordinates.
+int GetClipBox(HDC hdc, RECT* out);
+// Copies the caller's clip into rgn: 1 when there is one, 0 when none, -1 on error.
+int GetClipRgn(HDC hdc, HRGN rgn);
+[[nodiscard]] BOOL PtVisible(HDC hdc, int x, int y);
+[[nodiscard]] BOOL RectVisible(HDC hdc, const RECT* r);
+
+}  // namespace mx::platform
