@@ -91,11 +91,11 @@ int DrawTextCore(HDC hdc, std::u16string_view units, RECT* rect, UINT format, DR
         FillDeviceRect(paper, RECT{p.x, p.y, p.x + line.width, p.y + fm.height()});
       DrawRun(ink, font, line.text, p.x, baseline, line.steps.data());
     }
-    if (line.underline >= 0) {
+    for (int mark : line.underlines) {
       int ux = p.x;
-      for (int i = 0; i < line.underline; ++i) ux += line.steps[i];
+      for (int i = 0; i < mark; ++i) ux += line.steps[i];
       const int top = baseline + fm.underlinePos;
-      FillDeviceRect(ink, RECT{ux, top, ux + line.steps[line.underline], top + fm.underlineThickness});
+      FillDeviceRect(ink, RECT{ux, top, ux + line.steps[mark], top + fm.underlineThickness});
     }
     penEnd = x + line.width;
     y += lineHeight;

@@ -14,11 +14,11 @@ constexpr std::u32string_view kEllipsis = U"...";
 bool IsBlank(char32_t c) { return c == U' ' || c == U'\t'; }
 
 // Resolves access-key prefixes: "&x" draws x underlined, "&&" draws one "&", and a "&" at the
-// very end draws nothing. When several characters are marked, the last one is underlined.
-std::u32string StripPrefixes(std::u32string_view in, int& underline) {
+// very end draws nothing. Every marked character is underlined.
+std::u32string StripPrefixes(std::u32string_view in, std::vector<int>& marks) {
   std::u32string out;
   out.reserve(in.size());
-  underline = -1;
+  marks.clear();
   for (size_t i = 0; i < in.size(); ++i) {
     if (in[i] != kPrefix) {
       out += in[i];
@@ -26,7 +26,7 @@ std::u32string StripPrefixes(std::u32string_view in, int& underline) {
     }
     if (i + 1 >= in.size()) break;
     ++i;
-    if (in[i] != kPrefix) underline = static_cast<int>(out.size());
+    if (in[i] != kPrefix) marks.push_back(static_cast<int>(out.size()));
     out += in[i];
   }
   return out;
@@ -48,7 +48,8 @@ class Measurer {
     return x;
   }
 
-  [[nodiscard]] TextLine line(std::u32string_view s, int underline) const {
+  // Marks outside the text are dropped.
+  [[nodiscard]] TextLine line(std::u32string_view s, const std::vector<int>& marks) const {
     TextLine l;
     l.text.assign(s);
     l.steps.reserve(s.size());
@@ -60,7 +61,8 @@ class Measurer {
       x += st;
     }
     l.width = x;
-    l.underline = (underline >= 0 && underline < static_cast<int>(s.size())) ? underline : -1;
+    for (int mark : marks)
+      if (mark >= 0 && mark < static_cast<int>(s.size())) l.underlines.push_back(mark);
     return l;
   }
 
@@ -87,7 +89,7 @@ TextLine EndEllipsis(const Measurer& m, const TextLine& l, int maxWidth) {
   size_t k = room > 0 ? FittingPrefix(m, l.text, room) : 0;
   std::u32string s = l.text.substr(0, k);
   s += kEllipsis;
-  return m.line(s, l.underline < static_cast<int>(k) ? l.underline : -1);
+  return m.line(s, l.underlines);
 }
 
 // Keeps the last path component ("\name" or "/name") and cuts the middle before it.
@@ -101,11 +103,14 @@ TextLine PathEllipsis(const Measurer& m, const TextLine& l, int maxWidth) {
     s += kEllipsis;
     s += tail;
     if (m.width(s) <= maxWidth || k == 0) {
-      int ul = -1;
-      if (l.underline >= 0 && static_cast<size_t>(l.underline) < k) ul = l.underline;
-      if (l.underline >= 0 && static_cast<size_t>(l.underline) >= sep)
-        ul = l.underline - static_cast<int>(sep) + static_cast<int>(k + kEllipsis.size());
-      TextLine out = m.line(s, ul);
+      // Marks in the kept head stay; marks in the tail move with it; the rest go.
+      std::vector<int> marks;
+      for (int mark : l.underlines) {
+        if (static_cast<size_t>(mark) < k) marks.push_back(mark);
+        if (static_cast<size_t>(mark) >= sep)
+          marks.push_back(mark - static_cast<int>(sep) + static_cast<int>(k + kEllipsis.size()));
+      }
+      TextLine out = m.line(s, marks);
       // Even the bare tail does not fit: cut its end as well.
       if (out.width > maxWidth) return EndEllipsis(m, out, maxWidth);
       return out;
@@ -167,9 +172,9 @@ std::vector<TextLine> LayoutText(const Font& font, std::u32string_view input, co
   const bool single = format & DT_SINGLELINE;
   Measurer m(font, opt.tabWidth);
 
-  int underline = -1;
-  std::u32string text = (format & DT_NOPREFIX) ? std::u32string(input) : StripPrefixes(input, underline);
-  if (format & DT_HIDEPREFIX) underline = -1;
+  std::vector<int> marks;
+  std::u32string text = (format & DT_NOPREFIX) ? std::u32string(input) : StripPrefixes(input, marks);
+  if (format & DT_HIDEPREFIX) marks.clear();
 
   // Paragraphs: a single line ignores its breaks (they show as blanks); otherwise CR, LF and
   // CR LF each end a line, and a break at the very end starts no new one.
@@ -205,8 +210,9 @@ std::vector<TextLine> LayoutText(const Font& font, std::u32string_view input, co
   lines.reserve(ranges.size());
   const bool ellipsis = format & (DT_END_ELLIPSIS | DT_WORD_ELLIPSIS | DT_PATH_ELLIPSIS);
   for (auto [a, b] : ranges) {
-    int ul = (underline >= static_cast<int>(a) && underline < static_cast<int>(b)) ? underline - static_cast<int>(a) : -1;
-    TextLine line = m.line(std::u32string_view(text).substr(a, b - a), ul);
+    std::vector<int> lineMarks;
+    for (int mark : marks) lineMarks.push_back(mark - static_cast<int>(a));
+    TextLine line = m.line(std::u32string_view(text).substr(a, b - a), lineMarks);
     if (ellipsis && line.width > opt.maxWidth) {
       line = (format & DT_PATH_ELLIPSIS) ? PathEllipsis(m, line, opt.maxWidth) : EndEllipsis(m, line, opt.maxWidth);
     }

@@ -15,7 +15,7 @@ struct TextLine {
   std::u32string text;     // what is drawn; tabs already stand as blanks when expanded
   std::vector<int> steps;  // pen step after each character, tab stops included
   int width = 0;
-  int underline = -1;      // index of the access-key character in `text`, or -1
+  std::vector<int> underlines;  // indexes in `text` of the characters marked with "&"
 };
 
 struct TextLayoutOptions {

@@ -92,24 +92,24 @@ TEST(TextLayout, LongWordsOverflowOrBreakByCharacters) {
 TEST(TextLayout, AccessKeyPrefixes) {
   auto one = [](std::u32string_view s, UINT f = DT_SINGLELINE) { return Layout(s, f)[0]; };
   EXPECT_EQ(one(U"&File").text, U"File");
-  EXPECT_EQ(one(U"&File").underline, 0);
-  EXPECT_EQ(one(U"Sa&ve").underline, 2);
+  EXPECT_EQ(one(U"&File").underlines, std::vector<int>{0});
+  EXPECT_EQ(one(U"Sa&ve").underlines, std::vector<int>{2});
   EXPECT_EQ(one(U"A&&B").text, U"A&B");
-  EXPECT_EQ(one(U"A&&B").underline, -1);
+  EXPECT_EQ(one(U"A&&B").underlines, std::vector<int>{});
   EXPECT_EQ(one(U"&&&x").text, U"&x");
-  EXPECT_EQ(one(U"&&&x").underline, 1);
+  EXPECT_EQ(one(U"&&&x").underlines, std::vector<int>{1});
   EXPECT_EQ(one(U"Save &").text, U"Save ");  // a prefix with nothing after it draws nothing
-  EXPECT_EQ(one(U"&a&b").underline, 1);       // the last marked character wins
+  EXPECT_EQ(one(U"&a&b").underlines, (std::vector<int>{0, 1}));  // each marked character
   EXPECT_EQ(one(U"&File", DT_SINGLELINE | DT_NOPREFIX).text, U"&File");
-  EXPECT_EQ(one(U"&File", DT_SINGLELINE | DT_NOPREFIX).underline, -1);
+  EXPECT_EQ(one(U"&File", DT_SINGLELINE | DT_NOPREFIX).underlines, std::vector<int>{});
   EXPECT_EQ(one(U"A&bc&&d", DT_SINGLELINE | DT_HIDEPREFIX).text, U"Abc&d");
-  EXPECT_EQ(one(U"A&bc&&d", DT_SINGLELINE | DT_HIDEPREFIX).underline, -1);
+  EXPECT_EQ(one(U"A&bc&&d", DT_SINGLELINE | DT_HIDEPREFIX).underlines, std::vector<int>{});
   // The mark follows its character onto a wrapped line.
   std::vector<TextLine> wrapped = Layout(U"one t&wo", DT_WORDBREAK, W(U"one t"));
   ASSERT_EQ(wrapped.size(), 2u);
-  EXPECT_EQ(wrapped[0].underline, -1);
+  EXPECT_EQ(wrapped[0].underlines, std::vector<int>{});
   EXPECT_EQ(wrapped[1].text, U"two");
-  EXPECT_EQ(wrapped[1].underline, 1);
+  EXPECT_EQ(wrapped[1].underlines, std::vector<int>{1});
   // The prefix takes no room.
   EXPECT_EQ(one(U"&File").width, W(U"File"));
 }
@@ -133,8 +133,8 @@ TEST(TextLayout, EllipsesMakeLinesFit) {
   }
   // Text that fits is left alone; the mark of a cut character goes with it.
   EXPECT_EQ(Layout(U"Short", DT_SINGLELINE | DT_END_ELLIPSIS, W(U"Short"))[0].text, U"Short");
-  EXPECT_EQ(Layout(U"Abcdefghij&k", DT_SINGLELINE | DT_END_ELLIPSIS, W(U"Abc..."))[0].underline, -1);
-  EXPECT_EQ(Layout(U"&Abcdefghijk", DT_SINGLELINE | DT_END_ELLIPSIS, W(U"Abc..."))[0].underline, 0);
+  EXPECT_EQ(Layout(U"Abcdefghij&k", DT_SINGLELINE | DT_END_ELLIPSIS, W(U"Abc..."))[0].underlines, std::vector<int>{});
+  EXPECT_EQ(Layout(U"&Abcdefghijk", DT_SINGLELINE | DT_END_ELLIPSIS, W(U"Abc..."))[0].underlines, std::vector<int>{0});
   // Every line of several is shortened on its own.
   std::vector<TextLine> two = Layout(U"long long long\nok", DT_END_ELLIPSIS, W(U"long lo"));
   EXPECT_EQ(two[0].text.substr(two[0].text.size() - 3), U"...");
@@ -147,6 +147,10 @@ TEST(TextLayout, PathEllipsisKeepsTheLastComponent) {
   TextLine l = Layout(path, DT_SINGLELINE | DT_PATH_ELLIPSIS, max)[0];
   EXPECT_LE(l.width, max);
   EXPECT_EQ(l.text, U"C:\\Pro...\\Application.exe");
+  // A marked character of the kept file name moves with it.
+  TextLine marked = Layout(U"C:\\Program Files\\&Application.exe", DT_SINGLELINE | DT_PATH_ELLIPSIS, max)[0];
+  ASSERT_EQ(marked.underlines.size(), 1u);
+  EXPECT_EQ(marked.text[marked.underlines[0]], U'A');
   // Forward slashes count too.
   TextLine u = Layout(U"/usr/share/fonts/truetype/x.ttf", DT_SINGLELINE | DT_PATH_ELLIPSIS, W(U"/usr...\\x.ttf"))[0];
   EXPECT_EQ(u.text.substr(u.text.size() - 6), U"/x.ttf");
