@@ -3,12 +3,16 @@
 #include <fontconfig/fontconfig.h>
 #include <ft2build.h>
 #include FT_FREETYPE_H
+#include FT_DRIVER_H
+#include FT_MODULE_H
 #include FT_SYNTHESIS_H
 #include FT_TRUETYPE_TABLES_H
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <mutex>
 #include <stdexcept>
 
@@ -202,6 +206,22 @@ struct FontEngine::Impl {
   std::unordered_map<std::string, std::unique_ptr<SizedFace>> faces;
   std::unordered_map<std::string, std::unique_ptr<Font>> fonts;
   std::unordered_map<std::string, std::string> families;  // lower-case name -> installed family
+  // Font files read once and shared by every size of their faces: a face opened from a path
+  // would hold the file open for its lifetime, one descriptor per size.
+  std::unordered_map<std::string, std::vector<FT_Byte>> files;
+
+  // Opens a face from the file's bytes; false when the file cannot be read or parsed.
+  bool openFace(const std::string& path, int index, FT_Face* face) {
+    auto it = files.find(path);
+    if (it == files.end()) {
+      std::ifstream in(path, std::ios::binary);
+      if (!in) return false;
+      std::vector<FT_Byte> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+      if (bytes.empty()) return false;
+      it = files.emplace(path, std::move(bytes)).first;
+    }
+    return FT_New_Memory_Face(library, it->second.data(), static_cast<FT_Long>(it->second.size()), index, face) == 0;
+  }
 
   ~Impl() {
     fonts.clear();
@@ -299,7 +319,7 @@ struct FontEngine::Impl {
     auto it = faces.find(key);
     if (it != faces.end()) return it->second.get();
     auto sf = std::make_unique<SizedFace>();
-    if (FT_New_Face(library, file.path.c_str(), file.index, &sf->face) != 0) {
+    if (!openFace(file.path, file.index, &sf->face)) {
       sf->face = nullptr;
       return nullptr;
     }
@@ -319,7 +339,16 @@ FontEngine& FontEngine::instance() {
 }
 
 FontEngine::FontEngine() : m_impl(std::make_unique<Impl>()) {
-  if (FT_Init_FreeType(&m_impl->library) != 0) m_impl->library = nullptr;
+  if (FT_Init_FreeType(&m_impl->library) != 0) {
+    m_impl->library = nullptr;
+    return;
+  }
+  // Pin the hinting engines rather than take FreeType's defaults, which a FREETYPE_PROPERTIES
+  // setting in the environment could change: the same files then give the same pixels.
+  FT_UInt interpreter = TT_INTERPRETER_VERSION_40;
+  FT_Property_Set(m_impl->library, "truetype", "interpreter-version", &interpreter);
+  FT_Bool noStemDarkening = 1;
+  FT_Property_Set(m_impl->library, "autofitter", "no-stem-darkening", &noStemDarkening);
 }
 
 FontEngine::~FontEngine() = default;
@@ -360,7 +389,7 @@ const Font& FontEngine::font(const LOGFONTW& lfIn) {
 
   // Unscaled metrics come from a probe of the file at a nominal size.
   FT_Face probe = nullptr;
-  if (FT_New_Face(impl.library, file.path.c_str(), file.index, &probe) != 0)
+  if (!impl.openFace(file.path, file.index, &probe))
     throw std::runtime_error("font file could not be opened: " + file.path);
   int64_t upem = probe->units_per_EM > 0 ? probe->units_per_EM : 2048;
   int64_t winAscent = probe->ascender, winDescent = -probe->descender;
