@@ -260,7 +260,10 @@ struct FontEngine::Impl {
     bool isItalic = false;
   };
 
-  static bool findFile(const std::string& family, bool bold, bool italic, FaceFile& out) {
+  // The file fontconfig picks for a family and style. Whether that file really is bold or
+  // italic is read from the face itself: for a family with one style, fontconfig reports the
+  // style that was asked for rather than the one the file has.
+  bool findFile(const std::string& family, bool bold, bool italic, FaceFile& out) {
     EnsureFontconfig();
     FcPattern* pat = FcPatternCreate();
     FcPatternAddString(pat, FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
@@ -276,14 +279,18 @@ struct FontEngine::Impl {
       FcChar8* file = nullptr;
       if (FcPatternGetString(match, FC_FILE, 0, &file) == FcResultMatch) {
         out.path = reinterpret_cast<const char*>(file);
-        int index = 0, weight = FC_WEIGHT_REGULAR, slant = FC_SLANT_ROMAN;
+        int index = 0;
         FcPatternGetInteger(match, FC_INDEX, 0, &index);
-        FcPatternGetInteger(match, FC_WEIGHT, 0, &weight);
-        FcPatternGetInteger(match, FC_SLANT, 0, &slant);
         out.index = index;
-        out.isBold = weight >= FC_WEIGHT_DEMIBOLD;
-        out.isItalic = slant != FC_SLANT_ROMAN;
-        ok = true;
+        FT_Face probe = nullptr;
+        if (openFace(out.path, index, &probe)) {
+          auto* os2 = static_cast<TT_OS2*>(FT_Get_Sfnt_Table(probe, FT_SFNT_OS2));
+          out.isBold = (os2 && os2->version != 0xFFFF) ? os2->usWeightClass >= 600
+                                                       : (probe->style_flags & FT_STYLE_FLAG_BOLD) != 0;
+          out.isItalic = (probe->style_flags & FT_STYLE_FLAG_ITALIC) != 0;
+          FT_Done_Face(probe);
+          ok = true;
+        }
       }
       FcPatternDestroy(match);
     }
@@ -384,7 +391,7 @@ const Font& FontEngine::font(const LOGFONTW& lfIn) {
 
   std::string family = impl.resolveFamily(faceName);
   Impl::FaceFile file;
-  if (!Impl::findFile(family, bold, italic, file) && !Impl::findFile(kDefaultFamily, bold, italic, file))
+  if (!impl.findFile(family, bold, italic, file) && !impl.findFile(kDefaultFamily, bold, italic, file))
     throw std::runtime_error("no usable font face is installed");
 
   // Unscaled metrics come from a probe of the file at a nominal size.
@@ -437,7 +444,7 @@ const Font& FontEngine::font(const LOGFONTW& lfIn) {
   if (!face) throw std::runtime_error("font face could not be sized: " + file.path);
   if (family != kFallbackFamily && !face->fallback) {
     Impl::FaceFile fb;
-    if (Impl::findFile(kFallbackFamily, bold, italic, fb) && fb.path != file.path)
+    if (impl.findFile(kFallbackFamily, bold, italic, fb) && fb.path != file.path)
       face->fallback = impl.sizedFace(fb, static_cast<int>(xppem), static_cast<int>(ppem), bold && !fb.isBold,
                                       italic && !fb.isItalic, mono);
   }

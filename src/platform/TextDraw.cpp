@@ -1,5 +1,6 @@
 // Formatted text in a rectangle: DrawTextW and its relatives.
 #include <algorithm>
+#include <cstdint>
 
 #include "platform/DeviceContext.h"
 #include "platform/FontEngine.h"
@@ -37,7 +38,8 @@ int DrawTextCore(HDC hdc, std::u16string_view units, RECT* rect, UINT format, DR
   RECT box{rect->left + leftMargin, rect->top, rect->right - rightMargin, rect->bottom};
   TextLayoutOptions opt;
   opt.format = format;
-  opt.maxWidth = box.right - box.left;
+  // Widened before subtracting: a rectangle spanning the whole coordinate range must not wrap.
+  opt.maxWidth = static_cast<int>(std::clamp<int64_t>(int64_t{box.right} - box.left, -(1 << 30), 1 << 30));
   opt.tabWidth = (format & DT_EXPANDTABS) ? tabChars * fm.aveCharWidth : 0;
   opt.noWrap = updateCp;
   std::vector<TextLine> lines = LayoutText(font, DecodeUtf16(units), opt);

@@ -111,6 +111,31 @@ TEST(FontEngine, WeightAndWidthChangeTheFace) {
   EXPECT_EQ(n.metrics().height(), regular.metrics().height());
 }
 
+TEST(FontEngine, MissingStylesAreSynthesisedAndQualityIsHonoured) {
+  FontEngine& e = FontEngine::instance();
+  // This family is installed in one style only, so bold and italic are made from the outline.
+  const char16_t* face = u"DejaVu Math TeX Gyre";
+  ASSERT_EQ(e.resolveFamily(face), "DejaVu Math TeX Gyre");
+  const Font& regular = e.font(MakeFont(face, -24));
+  const Font& bold = e.font(MakeFont(face, -24, 700));
+  LOGFONTW italicLf = MakeFont(face, -24);
+  italicLf.lfItalic = 1;
+  const Font& italic = e.font(italicLf);
+  auto ink = [](const Glyph& g) {
+    int sum = 0;
+    for (uint8_t c : g.coverage) sum += c;
+    return sum;
+  };
+  EXPECT_GT(ink(bold.glyph(U'H')), ink(regular.glyph(U'H')) * 11 / 10);
+  EXPECT_NE(italic.glyph(U'H').coverage, regular.glyph(U'H').coverage);
+  EXPECT_GT(italic.glyph(U'H').width, regular.glyph(U'H').width);  // slanted stems reach further
+
+  // Non-antialiased quality renders a bilevel mask.
+  LOGFONTW crisp = MakeFont(u"Arial", -13);
+  crisp.lfQuality = 3;
+  for (uint8_t c : e.font(crisp).glyph(U'e').coverage) ASSERT_TRUE(c == 0 || c == 255);
+}
+
 TEST(FontEngine, SurrogatePairsDecodeToOneCodePoint) {
   EXPECT_EQ(DecodeUtf16(u"a\U0001F600b"), std::u32string(U"a\U0001F600b"));
   // Lone halves stand for themselves.
