@@ -12,7 +12,6 @@ namespace mx::platform {
 namespace {
 
 constexpr int kDefaultTabChars = 8;
-constexpr UINT kHorizontal = DT_CENTER | DT_RIGHT;
 
 int DrawTextCore(HDC hdc, std::u16string_view units, RECT* rect, UINT format, DRAWTEXTPARAMS* params) {
   DeviceContext* dc = LookupDC(hdc);
@@ -81,7 +80,7 @@ int DrawTextCore(HDC hdc, std::u16string_view units, RECT* rect, UINT format, DR
     int x = box.left;
     if (updateCp) {
       x = dc->currentPos.x;
-    } else if ((format & kHorizontal) == DT_CENTER) {
+    } else if (format & DT_CENTER) {  // centring wins when both bits are set
       x = box.left + (box.right - box.left - line.width) / 2;
     } else if (format & DT_RIGHT) {
       x = box.right - line.width;

@@ -112,16 +112,10 @@ BOOL ExtTextOutW(HDC hdc, int x, int y, UINT options, const RECT* rect, const ch
   }
   DrawRun(TargetOf(*dc, dc->textColor, limit), font, cps, origin.x, origin.y, dx ? steps.data() : nullptr);
 
-  if (align & TA_UPDATECP) {
-    // Left-aligned text leaves the position at its end, right-aligned text at its start;
-    // centred text leaves it where it was.
-    if ((align & TA_CENTER) == TA_CENTER) {
-    } else if (align & TA_RIGHT) {
-      dc->currentPos.x = ref.x - width;
-    } else {
-      dc->currentPos.x = ref.x + width;
-    }
-  }
+  // Left-aligned text leaves the position at its end, right-aligned text at its start;
+  // centred text leaves it where it was.
+  if ((align & TA_UPDATECP) && (align & TA_CENTER) != TA_CENTER)
+    dc->currentPos.x = (align & TA_RIGHT) ? ref.x - width : ref.x + width;
   return TRUE;
 }
 
