@@ -7,20 +7,64 @@
 // raised: a handler disconnected during a raise is not called afterwards; one connected during a
 // raise is first called on the next raise. A handler may even destroy the object that owns the
 // event; the raise then stops.
+//
+// Besides its typed handlers an event may have one generic sink, which the form uses to print
+// events and to call handlers bound by name: after the handlers it receives the event's name and
+// its arguments as Variants, and what the sink leaves in a by-reference argument is written back.
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <tuple>
+#include <span>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
+#include "host/String.h"
+#include "host/Variant.h"
+
 namespace mx::host {
+
+namespace detail {
+
+// An event argument as a Variant; a type the host cannot hold travels as Empty.
+template <typename T>
+Variant EventArgToVariant(const T& value) {
+  if constexpr (std::is_same_v<T, Variant>) {
+    return value;
+  } else if constexpr (std::is_enum_v<T>) {
+    return Variant(static_cast<int32_t>(value));
+  } else if constexpr (std::is_constructible_v<Variant, const T&>) {
+    return Variant(value);
+  } else {
+    return Variant();
+  }
+}
+
+// Writes a Variant back into a by-reference argument with the host's conversion for its type.
+template <typename T>
+void EventArgFromVariant(T& target, const Variant& value) {
+  if constexpr (std::is_same_v<T, Variant>) target = value;
+  else if constexpr (std::is_same_v<T, bool>) target = value.ToBoolean();
+  else if constexpr (std::is_same_v<T, uint8_t>) target = value.ToByte();
+  else if constexpr (std::is_same_v<T, int16_t>) target = value.ToInteger();
+  else if constexpr (std::is_same_v<T, int32_t>) target = value.ToLong();
+  else if constexpr (std::is_same_v<T, float>) target = value.ToSingle();
+  else if constexpr (std::is_same_v<T, double>) target = value.ToDouble();
+  else if constexpr (std::is_same_v<T, String>) target = value.ToString();
+  else if constexpr (std::is_enum_v<T>) target = static_cast<T>(value.ToLong());
+  // Other types are not written back: a sink cannot express them.
+}
+
+}  // namespace detail
 
 template <typename... Args>
 class Event {
  public:
   using Handler = std::function<void(Args...)>;
   using ConnectionId = uint64_t;
+  using Sink = std::function<void(StringView name, std::span<Variant> args)>;
 
   Event() = default;
   ~Event() { *m_alive = false; }
@@ -63,6 +107,13 @@ class Event {
   }
   [[nodiscard]] bool empty() const { return handler_count() == 0; }
 
+  // Sets (or with an empty sink, removes) the generic sink and the name it is told.
+  void set_sink(String name, Sink sink) {
+    m_name = std::move(name);
+    m_sink = sink ? std::make_shared<Sink>(std::move(sink)) : nullptr;
+  }
+  [[nodiscard]] const String& name() const { return m_name; }
+
   // Raises the event. An exception from a handler propagates to the raiser after the event is
   // left in a consistent state; handlers after it are not called.
   void operator()(Args... args) {
@@ -86,6 +137,7 @@ class Event {
       std::shared_ptr<Handler> handler = slot->handler;
       (*handler)(args...);
     }
+    if (*alive && m_sink) RaiseToSink(std::index_sequence_for<Args...>{}, args...);
   }
 
  private:
@@ -94,6 +146,22 @@ class Event {
     std::shared_ptr<Handler> handler;
     bool connected;
   };
+
+  template <size_t... I>
+  void RaiseToSink(std::index_sequence<I...>, Args&... args) {
+    std::shared_ptr<Sink> sink = m_sink;
+    std::vector<Variant> values{detail::EventArgToVariant<std::remove_cvref_t<Args>>(args)...};
+    (*sink)(m_name, std::span<Variant>(values));
+    // Only non-const references carry a value back to the raiser.
+    (
+        [&] {
+          using A = std::tuple_element_t<I, std::tuple<Args...>>;
+          if constexpr (std::is_lvalue_reference_v<A> && !std::is_const_v<std::remove_reference_t<A>>) {
+            detail::EventArgFromVariant(args, values[I]);
+          }
+        }(),
+        ...);
+  }
 
   // Dead slots are erased only when no raise is walking the list, so indices stay valid.
   void Compact() {
@@ -107,6 +175,8 @@ class Event {
   int m_depth = 0;
   bool m_hasDead = false;
   std::shared_ptr<bool> m_alive = std::make_shared<bool>(true);
+  String m_name;
+  std::shared_ptr<Sink> m_sink;
 };
 
 }  // namespace mx::host

@@ -116,3 +116,42 @@ TEST(Event, AnExceptionLeavesTheEventUsable) {
 
 }  // namespace
 }  // namespace mx::host
+
+#include "host/Variant.h"
+
+namespace mx::host {
+namespace {
+
+TEST(Event, TheGenericSinkSeesNamedVariantArgumentsAfterTheHandlers) {
+  Event<int16_t, int16_t&, String&, const String&> e;
+  std::string order;
+  e.connect([&](int16_t, int16_t& shift, String&, const String&) {
+    order += "handler;";
+    shift = 1;
+  });
+  e.set_sink(u"MouseDown", [&](StringView name, std::span<Variant> args) {
+    order += "sink;";
+    ASSERT_EQ(args.size(), 4u);
+    EXPECT_EQ(name, u"MouseDown");
+    EXPECT_EQ(args[0].VarType(), vbInteger);
+    EXPECT_EQ(args[1].ToLong(), 1);  // the handler's change is already there
+    args[1] = Variant(u"7");         // converted back with the host's rules
+    args[2] = Variant(u"changed");
+    args[3] = Variant(u"ignored");   // a const argument is not written back
+  });
+  int16_t shift = 0;
+  String text = u"old";
+  const String fixed = u"fixed";
+  e(2, shift, text, fixed);
+  EXPECT_EQ(order, "handler;sink;");
+  EXPECT_EQ(shift, 7);
+  EXPECT_EQ(text, u"changed");
+  EXPECT_EQ(fixed, u"fixed");
+
+  e.set_sink(u"MouseDown", nullptr);
+  e(2, shift, text, fixed);
+  EXPECT_EQ(order, "handler;sink;handler;");
+}
+
+}  // namespace
+}  // namespace mx::host
