@@ -568,6 +568,11 @@ double CDate(StringView text) {
   return date;
 }
 
+bool IsDate(const String& text) { return IsDate(StringView(text)); }
+bool IsDate(const char16_t* text) { return IsDate(StringView(text ? text : u"")); }
+double CDate(const String& text) { return CDate(StringView(text)); }
+double CDate(const char16_t* text) { return CDate(StringView(text ? text : u"")); }
+
 double CDate(double number) {
   if (!std::isfinite(number) || number < kMinDate || number >= kMaxDay + 1.0) Raise(kErrOverflow);
   return number;

@@ -85,8 +85,13 @@ struct DateParts {
 // optional AM/PM. Two-digit years 0-29 mean 20xx, 30-99 mean 19xx.
 [[nodiscard]] bool TryParseDate(StringView text, double& date);
 [[nodiscard]] bool IsDate(StringView text);
+[[nodiscard]] bool IsDate(const String& text);
+[[nodiscard]] bool IsDate(const char16_t* text);
 // A date from a text ("Type mismatch" when it is none) or a number ("Overflow" outside the range).
+// The String and pointer forms keep literals unambiguous beside the Variant form.
 [[nodiscard]] double CDate(StringView text);
+[[nodiscard]] double CDate(const String& text);
+[[nodiscard]] double CDate(const char16_t* text);
 [[nodiscard]] double CDate(double number);
 
 }  // namespace mx::host
