@@ -305,6 +305,7 @@ bool ParseDateText(StringView text, double& result) {
   bool hasTime = false;
   int64_t hour = 0, minute = 0, second = 0;
   int meridiem = 0;
+  bool commaAfterNumber = false;
 
   auto next = [&](size_t i) -> const Token* { return i < tokens.size() ? &tokens[i] : nullptr; };
   auto isSep = [&](size_t i, char16_t c) {
@@ -327,6 +328,7 @@ bool ParseDateText(StringView text, double& result) {
     if (token.kind == Token::Separator) {
       // ":" only ever appears inside a time, which is consumed below.
       if (token.separator == u':') return false;
+      if (token.separator == u',' && i > 0 && tokens[i - 1].kind == Token::Number) commaAfterNumber = true;
       ++i;
       continue;
     }
@@ -372,6 +374,9 @@ bool ParseDateText(StringView text, double& result) {
   }
 
   if (!hasTime && numbers.empty() && !monthName) return false;
+  // A comma separates a day from the year only beside a month name ("January 15, 2024"); between
+  // bare numbers it is a decimal mark, and "1,5" is no date.
+  if (commaAfterNumber && !monthName) return false;
 
   int64_t day = 0;
   if (!numbers.empty() || monthName) {

@@ -221,7 +221,11 @@ String RenderNumber(double value, const NumberPattern& pattern, const Locale& lo
     const NumberItem& item = pattern.items[idx];
     switch (item.kind) {
       case NumberItem::Literal: out.append(item.text); break;
-      case NumberItem::Point: out.push_back(locale.decimalMark); break;
+      case NumberItem::Point:
+        // With no placeholder before the point the whole part still shows: ".00" gives "5,50".
+        if (pattern.integerDigits == 0) AppendAscii(out, whole);
+        out.push_back(locale.decimalMark);
+        break;
       case NumberItem::Percent: out.push_back(u'%'); break;
       case NumberItem::Exponent: {
         out.push_back(item.expLetter);

@@ -240,6 +240,7 @@ TEST_F(ParseDates, MonthFirstInEnglish) {
   EXPECT_EQ(CDate(u"31/12/2023"), kNewYearsEve2023);  // impossible month-first: read day-first
   EXPECT_EQ(CDate(u"January 15, 2024"), DateSerial(2024, 1, 15));
   EXPECT_EQ(CDate(u"Monday, January 15, 2024"), DateSerial(2024, 1, 15));
+  EXPECT_EQ(CDate(u"Monday, 1/15/2024"), DateSerial(2024, 1, 15));
   EXPECT_EQ(CDate(u"15-Jan-24"), DateSerial(2024, 1, 15));
   EXPECT_EQ(CDate(u"2/29"), kLeapDay2024);
 }
@@ -264,7 +265,7 @@ TEST_F(ParseDates, YearsTimesAndPartialDates) {
 TEST_F(ParseDates, RefusesWhatIsNoDate) {
   for (const char16_t* text : {u"", u"   ", u"abc", u"13/25/2024", u"32/01/2024", u"29/02/2023", u"2024",
                                u"10:61", u"25:00", u"1/2/3/4", u"1//2/2024", u"13:00 PM", u"31/12/2023 10",
-                               u"janeiro", u"15 foo 2024", u"1:2:3:4"}) {
+                               u"janeiro", u"15 foo 2024", u"1:2:3:4", u"1,5", u"1/5,2024"}) {
     EXPECT_FALSE(IsDate(text)) << ToUtf8(text);
   }
   EXPECT_TRUE(IsDate(u"29/02/2024"));
