@@ -266,19 +266,30 @@ String FormatNumberSections(double value, const std::vector<StringView>& section
   return render(value, sections[0]);
 }
 
-String GroupedFixed(double magnitude, int decimals, const Locale& locale) {
-  String pattern = u"#,##0";
+// The amount of FormatNumber, FormatCurrency and FormatPercent: a fixed number of decimals,
+// optionally grouped, optionally without the zero before the point.
+String FixedAmount(double magnitude, int decimals, bool leadingDigit, bool group, const Locale& locale) {
+  String pattern = group ? u"#,##" : u"#";
+  pattern += leadingDigit ? u"0" : u"#";
   if (decimals > 0) pattern += u"." + String(static_cast<size_t>(decimals), u'0');
   return RenderNumber(magnitude, ParseNumberPattern(pattern), locale);
 }
 
-String CurrencyText(double value, const Locale& locale) {
-  String amount = GroupedFixed(std::fabs(value), locale.currencyDigits, locale);
+String WithSign(bool negative, bool parens, String body) {
+  if (!negative) return body;
+  return parens ? u"(" + body + u")" : u"-" + body;
+}
+
+String CurrencyText(double value, int decimals, bool leadingDigit, bool parens, bool group, const Locale& locale) {
+  String amount = FixedAmount(std::fabs(value), decimals, leadingDigit, group, locale);
   String symbol(locale.currencySymbol);
-  String body = locale.currencyBefore ? symbol + (locale.currencySpace ? u" " : u"") + amount
-                                      : amount + (locale.currencySpace ? u" " : u"") + symbol;
-  if (value >= 0 || std::isnan(value)) return body;
-  return locale.currencyNegativeParens ? u"(" + body + u")" : u"-" + body;
+  String space = locale.currencySpace ? u" " : u"";
+  String body = locale.currencyBefore ? symbol + space + amount : amount + space + symbol;
+  return WithSign(value < 0, parens, std::move(body));
+}
+
+String CurrencyText(double value, const Locale& locale) {
+  return CurrencyText(value, locale.currencyDigits, true, locale.currencyNegativeParens, true, locale);
 }
 
 // ---- Dates ----------------------------------------------------------------------------------
@@ -769,6 +780,41 @@ String Format(const Variant& value, StringView format, int firstDayOfWeek, int f
   if (value.IsObject()) return Format(value.Value(), format, firstDayOfWeek, firstWeekOfYear);
   if (!value.IsNumberKind()) Raise(kErrTypeMismatch);
   return Format(value.ToDouble(), format, firstDayOfWeek, firstWeekOfYear);
+}
+
+namespace {
+
+// A tristate argument: vbUseDefault takes the setting's choice.
+bool Tristate(int value, bool byDefault) {
+  if (value == vbUseDefault) return byDefault;
+  if (value != vbTrue && value != vbFalse) Raise(kErrInvalidProcedureCall);
+  return value == vbTrue;
+}
+
+int DecimalsArgument(int value, const Locale& locale) {
+  if (value == -1) return locale.currencyDigits;
+  // The host allows up to 99 places; more would only print zeros.
+  if (value < -1 || value > 99) Raise(kErrInvalidProcedureCall);
+  return value;
+}
+
+}  // namespace
+
+String FormatNumber(double value, int digits, int includeLeadingDigit, int useParens, int groupDigits) {
+  const Locale& locale = CurrentLocale();
+  String amount = FixedAmount(std::fabs(value), DecimalsArgument(digits, locale), Tristate(includeLeadingDigit, true),
+                              Tristate(groupDigits, true), locale);
+  return WithSign(value < 0, Tristate(useParens, false), std::move(amount));
+}
+
+String FormatCurrency(double value, int digits, int includeLeadingDigit, int useParens, int groupDigits) {
+  const Locale& locale = CurrentLocale();
+  return CurrencyText(value, DecimalsArgument(digits, locale), Tristate(includeLeadingDigit, true),
+                      Tristate(useParens, locale.currencyNegativeParens), Tristate(groupDigits, true), locale);
+}
+
+String FormatPercent(double value, int digits, int includeLeadingDigit, int useParens, int groupDigits) {
+  return FormatNumber(value * 100, digits, includeLeadingDigit, useParens, groupDigits) + u"%";
 }
 
 String FormatDateTime(double date, int namedFormat) {

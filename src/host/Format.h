@@ -54,6 +54,17 @@ namespace mx::host {
 enum : int { vbGeneralDate = 0, vbLongDate = 1, vbShortDate = 2, vbLongTime = 3, vbShortTime = 4 };
 [[nodiscard]] String FormatDateTime(double date, int namedFormat = vbGeneralDate);
 
+// FormatNumber, FormatCurrency and FormatPercent. digits -1 takes the setting's two places; the
+// other arguments take vbTrue, vbFalse or vbUseDefault (the setting's choice: a leading zero,
+// grouping, and parentheses only for a negative amount of money where the setting writes them).
+enum : int { vbUseDefault = -2 };
+[[nodiscard]] String FormatNumber(double value, int digits = -1, int includeLeadingDigit = vbUseDefault,
+                                  int useParens = vbUseDefault, int groupDigits = vbUseDefault);
+[[nodiscard]] String FormatCurrency(double value, int digits = -1, int includeLeadingDigit = vbUseDefault,
+                                    int useParens = vbUseDefault, int groupDigits = vbUseDefault);
+[[nodiscard]] String FormatPercent(double value, int digits = -1, int includeLeadingDigit = vbUseDefault,
+                                   int useParens = vbUseDefault, int groupDigits = vbUseDefault);
+
 // The general form of a number with the given decimal mark: up to `significantDigits` digits
 // without trailing zeros, switching to "1E+15" / "1,5E-05" outside 1E-4 to 1E+15. What CStr
 // shows for a Double (15 digits) or a Single (7 digits).

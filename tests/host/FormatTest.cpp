@@ -241,6 +241,23 @@ TEST(FormatNumbers, NamedFormats) {
   }
 }
 
+TEST(FormatNumbers, NumberCurrencyAndPercentFunctions) {
+  {
+    ScopedLocale locale("pt-BR");
+    EXPECT_EQ(FormatNumber(1234.567), u"1.234,57");
+    EXPECT_EQ(FormatNumber(-0.5, 1, vbFalse, vbTrue, vbFalse), u"(,5)");
+    EXPECT_EQ(FormatNumber(1234.5, 0, vbTrue, vbFalse, vbFalse), u"1235");
+    EXPECT_EQ(FormatCurrency(-1234.5), u"-R$ 1.234,50");
+    EXPECT_EQ(FormatCurrency(-1234.5, 2, vbTrue, vbTrue), u"(R$ 1.234,50)");
+    EXPECT_EQ(FormatPercent(0.1234, 1), u"12,3%");
+    EXPECT_RAISES(FormatNumber(1, 2, 5), 5);
+    EXPECT_RAISES(FormatNumber(1, -2), 5);
+  }
+  ScopedLocale locale("en-US");
+  EXPECT_EQ(FormatCurrency(-1234.5), u"($1,234.50)");
+  EXPECT_EQ(FormatCurrency(-1234.5, 0, vbTrue, vbFalse), u"-$1,235");
+}
+
 TEST(FormatNumbers, GeneralForm) {
   ScopedLocale locale("pt-BR");
   EXPECT_EQ(Format(1234.5), u"1234,5");
