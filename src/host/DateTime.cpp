@@ -1,8 +1,8 @@
 #include "host/DateTime.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
-#include <optional>
 #include <vector>
 
 #include "host/Err.h"
