@@ -5,7 +5,9 @@
 // far, which means False, 0 or an empty string.
 #include <cstdint>
 
+#include "host/Collection.h"
 #include "host/String.h"
+#include "host/Variant.h"
 #include "utility/DateFormats.h"
 
 namespace mx::utility {
@@ -22,15 +24,24 @@ class MX {
  public:
   using String = host::String;
 
+  // Makes sure the host's values convert to text under the regional setting, as the members that
+  // show numbers (FixNullField, JoinCollection, MilimeterToInche) expect.
+  MX();
+
   // ---- money, documents, addresses
+  // Money in Portuguese words, to whole cents rounded half to even; "Valor não suportado." above
+  // 9999999999.99.
   [[nodiscard]] String CurrencyAsStr(double xValue, const String& xSingularCurrencyCountry = u"real",
                                      const String& xPluralCurrencyCountry = u"reais",
                                      const String& xSingularDecimalCountry = u"centavo",
                                      const String& xPluralDecimalCountry = u"centavos") const;
   [[nodiscard]] bool IsValidCPFOrCNPJ(const String& xDocument) const;
   [[nodiscard]] bool IsValidEmail(const String& xEmail) const;
+  // Dotted IPv4: four members of one to three decimal digits, each at most 255.
   [[nodiscard]] bool IsValidIP(const String& xIP) const;
+  // http, https, ftp, file and mailto addresses by the grammar in UrlParser.cpp.
   [[nodiscard]] bool IsValidURL(const String& xUrl) const;
+  // A name that is portable: see the character set in MXDocuments.cpp.
   [[nodiscard]] bool IsValidFileName(const String& xFileName) const;
 
   // ---- text
@@ -42,9 +53,15 @@ class MX {
   [[nodiscard]] int32_t LenTrim(const String& xString) const;
   [[nodiscard]] String GetStringContent(const String& xString, const String& xStringFrom,
                                         const String& xStringTo) const;
+  // The value as text; a database Null (and anything with no text form) gives "".
+  [[nodiscard]] String FixNullField(const host::Variant& xContent) const;
+  [[nodiscard]] String JoinCollection(const host::Collection& xCol, const String& xDelimiter = u"\r\n") const;
+  // True for an array that has been sized, even to no elements; False for anything else.
+  [[nodiscard]] bool IsArrayHasBeenInitialized(const host::Variant& xArr) const;
 
   // ---- numbers
   [[nodiscard]] String MilimeterToInche(double xValue) const;
+  // Up to 999: whole bytes; from there the largest unit reached, as "#,##0.00" of the setting.
   [[nodiscard]] String FormatFileSize(double xValue) const;
   [[nodiscard]] String LongToHex(int32_t xValue) const;
   [[nodiscard]] int32_t ShiftRGBColor(int32_t xColor, int16_t xShiftValue) const;
@@ -59,6 +76,7 @@ class MX {
   // ---- dates
   [[nodiscard]] bool IsValidDate(const String& xDate, ENUM_DATE_FORMAT xFormat) const;
   [[nodiscard]] bool IsValidDateEx(const String& xDate, ENUM_DATE_FORMAT xFormat = dd_mm_yyyy_Slash) const;
+  // Parts must be plain whole numbers; missing trailing parts count as 0, empty text is invalid.
   [[nodiscard]] bool IsValidTime(const String& xTime, const String& xDelimiter = u":") const;
   [[nodiscard]] String FormatAsDate(const String& xDate, const String& xFormat) const;
   [[nodiscard]] String FormatAsDateEx(const String& xDate, const String& xFormat = u"DD/MM/YYYY") const;

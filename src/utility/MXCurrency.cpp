@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <string>
 
+#include "host/Conversion.h"
 #include "utility/MX.h"
 
 namespace mx::utility {
@@ -38,14 +39,10 @@ bool EndsWith(const String& text, std::u16string_view tail) {
   return text.size() >= tail.size() && text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
 }
 
-// Whole cents of a non-negative value, half to even as the host's Round does.
+// Whole cents of a non-negative value, rounded half to even on its decimal digits as the host's
+// Round does (0.125 is 12 cents, 2.675 is 268).
 int64_t RoundToCents(double magnitude) {
-  const double scaled = magnitude * 100.0;
-  const double floor = std::floor(scaled);
-  const double rest = scaled - floor;
-  int64_t cents = static_cast<int64_t>(floor);
-  if (rest > 0.5 || (rest == 0.5 && (cents % 2) != 0)) ++cents;
-  return cents;
+  return std::llround(host::Round(magnitude, 2) * 100.0);
 }
 
 void CollapseBlanks(String& text) {

@@ -39,13 +39,5 @@ TEST(APIStringBuilder, ClearEmptiesButKeepsTheBuffer) {
   EXPECT_EQ(builder.ToString(), u"x");
 }
 
-TEST(APIStringBuilder, ReservedCapacityIsUsedBeforeGrowing) {
-  APIStringBuilder builder(10);
-  builder.Append(u"0123456789");
-  EXPECT_EQ(builder.Capacity(), 10u);
-  builder.Append(u'!');
-  EXPECT_EQ(builder.ToString(), u"0123456789!");
-}
-
 }  // namespace
 }  // namespace mx::utility

@@ -100,6 +100,7 @@ TEST(CurrencyAsStr, Cents) {
       // Exactly half a cent goes to the even cent; the rounded cents can carry into reais.
       {0.125, u"doze centavos"},
       {1.999, u"dois reais"},
+      {2.675, u"dois reais e sessenta e oito centavos"},
   };
   ExpectWords(cases, std::size(cases));
 }
