@@ -89,6 +89,28 @@ struct RGNDATA {
 
 struct XFORM;  // transformed regions are not supported: ExtCreateRegion wants a null one
 
+using ULONG = uint32_t;
+using COLOR16 = uint16_t;
+
+struct BLENDFUNCTION {
+  BYTE BlendOp = 0;  // AC_SRC_OVER
+  BYTE BlendFlags = 0;
+  BYTE SourceConstantAlpha = 255;
+  BYTE AlphaFormat = 0;  // 0 or AC_SRC_ALPHA
+};
+
+// Gradient vertices carry 16 bits per channel; the pixel gets the high byte.
+struct TRIVERTEX {
+  LONG x = 0, y = 0;
+  COLOR16 Red = 0, Green = 0, Blue = 0, Alpha = 0;
+};
+struct GRADIENT_RECT {
+  ULONG UpperLeft = 0, LowerRight = 0;
+};
+struct GRADIENT_TRIANGLE {
+  ULONG Vertex1 = 0, Vertex2 = 0, Vertex3 = 0;
+};
+
 // ---- constants ----------------------------------------------------------------------------
 
 constexpr int HGDI_ERROR_INT = -1;
@@ -126,6 +148,25 @@ constexpr int ERROR = 0, NULLREGION = 1, SIMPLEREGION = 2, COMPLEXREGION = 3, RG
 constexpr int RGN_AND = 1, RGN_OR = 2, RGN_XOR = 3, RGN_DIFF = 4, RGN_COPY = 5;
 constexpr DWORD RDH_RECTANGLES = 1;
 constexpr int ALTERNATE = 1, WINDING = 2;
+
+// raster operations: the middle byte is the ternary operation code
+constexpr DWORD SRCCOPY = 0x00CC0020, SRCPAINT = 0x00EE0086, SRCAND = 0x008800C6, SRCINVERT = 0x00660046,
+                SRCERASE = 0x00440328, NOTSRCCOPY = 0x00330008, NOTSRCERASE = 0x001100A6,
+                MERGECOPY = 0x00C000CA, MERGEPAINT = 0x00BB0226, PATCOPY = 0x00F00021, PATPAINT = 0x00FB0A09,
+                PATINVERT = 0x005A0049, DSTINVERT = 0x00550009, BLACKNESS = 0x00000042,
+                WHITENESS = 0x00FF0062;
+
+// blending and gradients
+constexpr BYTE AC_SRC_OVER = 0, AC_SRC_ALPHA = 1;
+constexpr ULONG GRADIENT_FILL_RECT_H = 0, GRADIENT_FILL_RECT_V = 1, GRADIENT_FILL_TRIANGLE = 2;
+
+// DrawEdge
+constexpr UINT BDR_RAISEDOUTER = 0x1, BDR_SUNKENOUTER = 0x2, BDR_RAISEDINNER = 0x4, BDR_SUNKENINNER = 0x8,
+               BDR_OUTER = 0x3, BDR_INNER = 0xC, EDGE_RAISED = 0x5, EDGE_SUNKEN = 0xA, EDGE_ETCHED = 0x6,
+               EDGE_BUMP = 0x9;
+constexpr UINT BF_LEFT = 0x1, BF_TOP = 0x2, BF_RIGHT = 0x4, BF_BOTTOM = 0x8, BF_TOPLEFT = 0x3,
+               BF_BOTTOMRIGHT = 0xC, BF_RECT = 0xF, BF_MIDDLE = 0x800, BF_SOFT = 0x1000, BF_ADJUST = 0x2000,
+               BF_FLAT = 0x4000, BF_MONO = 0x8000;
 
 // ---- device contexts ----------------------------------------------------------------------
 
@@ -175,14 +216,15 @@ BOOL OffsetViewportOrgEx(HDC hdc, int dx, int dy, POINT* old);
 BOOL SetWindowOrgEx(HDC hdc, int x, int y, POINT* old);
 BOOL GetWindowOrgEx(HDC hdc, POINT* out);
 BOOL GetCurrentPositionEx(HDC hdc, POINT* out);
-// No pending work is ever kept; present for code that calls it before touching bits.
+// Brings the packed rows of 24-bit sections selected into DCs up to date with what was drawn.
 BOOL GdiFlush();
 
 // ---- bitmaps ------------------------------------------------------------------------------
 
 // 32 or 24 bits, BI_RGB (or BI_BITFIELDS with the standard masks). The memory is zeroed and
-// returned in *bits. A 24-bit section is converted to and from 32 bits for drawing when it is
-// selected into and out of a DC (see GdiFlush-free rule in the source).
+// returned in *bits. Drawing always happens in 32 bits: a 24-bit section is read into a working
+// copy when it is selected into a DC, and its packed rows are brought up to date when it is
+// selected out, when its DC goes, and by GdiFlush.
 [[nodiscard]] HBITMAP CreateDIBSection(HDC hdc, const BITMAPINFO* info, UINT usage, void** bits,
                                        HANDLE section = 0, DWORD offset = 0);
 // A zeroed 32-bit bitmap of the given size.
@@ -230,6 +272,92 @@ BOOL SetRectRgn(HRGN rgn, int left, int top, int right, int bottom);
 [[nodiscard]] const Region* LookupRegion(HRGN rgn);
 // Issues a handle for a region built in code.
 [[nodiscard]] HRGN CreateRegionFrom(Region region);
+
+// ---- copies, blends, gradients ------------------------------------------------------------
+//
+// Copies move all four bytes of a pixel. Raster operations that read the source or the
+// destination work on the whole 32-bit word (a brush's alpha byte counts as 0), so DSTINVERT
+// and PATINVERT undo themselves; those that read neither (PATCOPY, BLACKNESS, WHITENESS) are
+// fills and leave alpha 0. Parts of a source rectangle outside the source surface are
+// not drawn; the source DC's clip is not consulted.
+
+// Copying within one surface is safe for overlapping rectangles.
+BOOL BitBlt(HDC dest, int x, int y, int cx, int cy, HDC src, int x1, int y1, DWORD rop);
+// Nearest pixel by default: destination pixel i takes source pixel i * |wS| / |wD|. In HALFTONE
+// mode each destination pixel is the area average of the source it covers (see the source for
+// the exact arithmetic); BLACKONWHITE and WHITEONBLACK combine the dropped pixels with AND and
+// OR when shrinking. A negative width or height mirrors: the rectangle then covers x, x - 1,
+// ..., x + w + 1, so StretchBlt(dc, w - 1, 0, -w, h, ...) mirrors into (0, 0, w, h).
+BOOL StretchBlt(HDC dest, int xD, int yD, int wD, int hD, HDC src, int xS, int yS, int wS, int hS, DWORD rop);
+BOOL PatBlt(HDC hdc, int x, int y, int w, int h, DWORD rop);
+// Premultiplied source over the destination (see Blend.h for the arithmetic). Stretches when
+// the sizes differ (area averaging in HALFTONE mode, else nearest). FALSE for negative sizes,
+// a source rectangle outside the source surface, or overlapping rectangles on one surface.
+BOOL AlphaBlend(HDC dest, int xD, int yD, int wD, int hD, HDC src, int xS, int yS, int wS, int hS,
+                BLENDFUNCTION fn);
+// Copies (stretching by nearest pixel) every source pixel whose colour differs from the key.
+BOOL TransparentBlt(HDC dest, int xD, int yD, int wD, int hD, HDC src, int xS, int yS, int wS, int hS,
+                    UINT transparent);
+// Rectangles (horizontal or vertical) and triangles. Channels are interpolated in 16 bits and
+// the high byte is written, alpha included.
+BOOL GradientFill(HDC hdc, const TRIVERTEX* vertices, ULONG nVertices, const void* mesh, ULONG nMesh, ULONG mode);
+
+// ---- device-independent bits -------------------------------------------------------------
+//
+// 32- and 24-bit BI_RGB rows, DWORD-aligned, bottom-up for a positive height. Scan line
+// numbers and, for bottom-up pictures, source y coordinates count from the bottom row, as the
+// classic calls count them.
+
+// Copies `lines` scans from `start` into bits. With bits null: a header whose biBitCount is 0
+// is filled with the bitmap's description; otherwise biSizeImage is set. Returns the scans
+// copied (or the bitmap height when describing), 0 on failure.
+int GetDIBits(HDC hdc, HBITMAP bitmap, UINT start, UINT lines, void* bits, BITMAPINFO* info, UINT usage);
+int SetDIBits(HDC hdc, HBITMAP bitmap, UINT start, UINT lines, const void* bits, const BITMAPINFO* info,
+              UINT usage);
+// Returns the number of scan lines drawn, 0 on failure.
+int StretchDIBits(HDC hdc, int xD, int yD, int wD, int hD, int xS, int yS, int wS, int hS, const void* bits,
+                  const BITMAPINFO* info, UINT usage, DWORD rop);
+// bits hold cLines scans starting at scan startScan of the picture the header describes.
+int SetDIBitsToDevice(HDC hdc, int xD, int yD, DWORD w, DWORD h, int xS, int yS, UINT startScan, UINT cLines,
+                      const void* bits, const BITMAPINFO* info, UINT usage);
+
+// CLR_INVALID outside the clip.
+[[nodiscard]] COLORREF GetPixel(HDC hdc, int x, int y);
+// Returns the colour set, or CLR_INVALID outside the clip.
+COLORREF SetPixel(HDC hdc, int x, int y, COLORREF color);
+BOOL SetPixelV(HDC hdc, int x, int y, COLORREF color);
+
+// ---- shapes ----------------------------------------------------------------------------------
+//
+// Closed figures are drawn with the pen inside their rectangle (the pen's width eats inwards)
+// and filled with the brush. With a null pen the figure is one pixel smaller to the right and
+// below, as in the classic system. Ellipses and round corners follow the shape rule of
+// Region.h, so a figure and the region of the same arguments cover the same pixels.
+
+int FillRect(HDC hdc, const RECT* r, HBRUSH brush);
+int FrameRect(HDC hdc, const RECT* r, HBRUSH brush);
+BOOL InvertRect(HDC hdc, const RECT* r);
+BOOL Rectangle(HDC hdc, int left, int top, int right, int bottom);
+BOOL RoundRect(HDC hdc, int left, int top, int right, int bottom, int ew, int eh);
+BOOL Ellipse(HDC hdc, int left, int top, int right, int bottom);
+BOOL MoveToEx(HDC hdc, int x, int y, POINT* old);
+// A Bresenham line from the current position; the end point itself is not drawn.
+BOOL LineTo(HDC hdc, int x, int y);
+BOOL Polyline(HDC hdc, const POINT* points, int count);
+// Filled with the brush by the DC's fill mode (ALTERNATE or WINDING), outlined with the pen.
+BOOL Polygon(HDC hdc, const POINT* points, int count);
+// The dotted frame of keyboard focus: every other pixel of a one-pixel frame is XORed with the
+// background colour (with the text colour on the others; black, the usual text colour, changes
+// nothing). Drawing it twice removes it.
+BOOL DrawFocusRect(HDC hdc, const RECT* r);
+// 3-D borders in the system colours; BF_ADJUST shrinks *r by the border drawn.
+BOOL DrawEdge(HDC hdc, RECT* r, UINT edge, UINT flags);
+BOOL FillRgn(HDC hdc, HRGN rgn, HBRUSH brush);
+BOOL PaintRgn(HDC hdc, HRGN rgn);
+BOOL InvertRgn(HDC hdc, HRGN rgn);
+// Paints the region's border, w pixels wide inside it horizontally and h vertically.
+BOOL FrameRgn(HDC hdc, HRGN rgn, HBRUSH brush, int w, int h);
+[[nodiscard]] HRGN CreatePolygonRgn(const POINT* points, int count, int fillMode);
 
 // ---- clipping ------------------------------------------------------------------------------
 //
