@@ -77,6 +77,9 @@ int DrawTextCore(HDC hdc, std::u16string_view units, RECT* rect, UINT format, DR
 
   int penEnd = box.left;
   for (const TextLine& line : lines) {
+    // An edit control shows no line that the box would cut at the bottom (the first one
+    // always shows).
+    if ((format & DT_EDITCONTROL) && !single && y != box.top && y + lineHeight > box.bottom) break;
     int x = box.left;
     if (updateCp) {
       x = dc->currentPos.x;

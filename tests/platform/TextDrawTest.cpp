@@ -188,6 +188,17 @@ TEST(DrawTextPlace, ClipsToTheBoxUnlessTold) {
   EXPECT_GT(outside, 0);
 }
 
+TEST(DrawTextPlace, EditControlHidesAPartlyVisibleLastLine) {
+  TextCanvas probe(8, 8, MakeLogFont(u"Arial", -14));
+  const int h = probe.metrics().tmHeight;
+  const RECT box{0, 0, 120, 2 * h + h / 2};
+  const auto two = Drawn(u"one\ntwo", box, 0);
+  EXPECT_EQ(Drawn(u"one\ntwo\nthree", box, DT_EDITCONTROL), two);
+  EXPECT_NE(Drawn(u"one\ntwo\nthree", box, 0), two);  // clipped, but partly there
+  // The first line shows even in a box lower than a line.
+  EXPECT_EQ(Drawn(u"one", RECT{0, 0, 120, h / 2}, DT_EDITCONTROL | DT_NOCLIP), Out(u"one", 0, 0));
+}
+
 TEST(DrawTextPlace, EllipsisDrawsTheShortenedLine) {
   TextCanvas probe(8, 8, MakeLogFont(u"Arial", -14));
   const int room = probe.extent(u"Overfl...") + 1;
