@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/DeviceContext.h"  // TRANSPARENT and OPAQUE live beside the DC layout
 #include "platform/LogFont.h"
 #include "platform/Region.h"
 #include "platform/Types.h"
@@ -358,6 +359,32 @@ BOOL InvertRgn(HDC hdc, HRGN rgn);
 // Paints the region's border, w pixels wide inside it horizontally and h vertically.
 BOOL FrameRgn(HDC hdc, HRGN rgn, HBRUSH brush, int w, int h);
 [[nodiscard]] HRGN CreatePolygonRgn(const POINT* points, int count, int fillMode);
+
+// ---- icons --------------------------------------------------------------------------------
+
+struct ICONINFO {
+  BOOL fIcon = TRUE;
+  DWORD xHotspot = 0, yHotspot = 0;
+  HBITMAP hbmMask = 0;   // white keeps the destination, black lets the colour through
+  HBITMAP hbmColor = 0;  // 0 for a monochrome icon: then the mask is AND half over XOR half
+};
+
+constexpr UINT DI_MASK = 0x1, DI_IMAGE = 0x2, DI_NORMAL = 0x3, DI_COMPAT = 0x4, DI_DEFAULTSIZE = 0x8,
+               DI_NOMIRROR = 0x10;
+
+// The icon keeps copies of the bitmaps' pixels; the caller still owns (and deletes) them.
+[[nodiscard]] HICON CreateIconIndirect(const ICONINFO* info);
+// Makes new bitmaps, which the caller deletes.
+BOOL GetIconInfo(HICON icon, ICONINFO* out);
+BOOL DestroyIcon(HICON icon);
+[[nodiscard]] HICON CopyIcon(HICON icon);
+BOOL GetIconSize(HICON icon, SIZE* out);
+// cx, cy 0: the icon's own size; other sizes stretch by nearest pixel. A colour picture with
+// any alpha is blended by its (straight) alpha when drawn with DI_NORMAL; otherwise the mask
+// is ANDed and the colour XORed, as the classic call does. A flicker-free brush fills the
+// rectangle first.
+BOOL DrawIconEx(HDC hdc, int x, int y, HICON icon, int cx, int cy, UINT step, HBRUSH flickerFree, UINT flags);
+BOOL DrawIcon(HDC hdc, int x, int y, HICON icon);
 
 // ---- clipping ------------------------------------------------------------------------------
 //
