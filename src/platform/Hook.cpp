@@ -18,8 +18,16 @@ struct HookEntry {
 
 struct HookState {
   HandleTable<HookEntry> table{HandleType::Hook};
-  std::map<int, std::vector<HHOOK>> chains;  // newest first
+  // Newest first. A hook unhooked while a hook call is running keeps its place (as a dead
+  // handle, skipped) until the outermost call returns, so that it can still pass the event on.
+  std::map<int, std::vector<HHOOK>> chains;
+  int running = 0;
 };
+
+void Purge(HookState& hs) {
+  for (auto& [type, chain] : hs.chains)
+    chain.erase(std::remove_if(chain.begin(), chain.end(), [&](HHOOK h) { return !hs.table.valid(h); }), chain.end());
+}
 
 HookState& Hooks() {
   thread_local HookState state;
@@ -53,7 +61,10 @@ LRESULT CallFrom(int type, size_t from, int code, WPARAM wParam, LPARAM lParam) 
   for (size_t i = from; i < it->second.size(); ++i) {
     if (HookEntry* e = hs.table.get(it->second[i])) {
       std::shared_ptr<HOOKPROC> proc = e->proc;
-      return (*proc)(code, wParam, lParam);
+      ++hs.running;
+      LRESULT r = (*proc)(code, wParam, lParam);
+      if (--hs.running == 0) Purge(hs);
+      return r;
     }
   }
   return 0;
@@ -77,18 +88,15 @@ HHOOK SetWindowsHookExW(int type, HOOKPROC proc, HANDLE, DWORD) {
 
 BOOL UnhookWindowsHookEx(HHOOK hook) {
   auto& hs = Hooks();
-  HookEntry* e = hs.table.get(hook);
-  if (!e) return FALSE;
-  auto& chain = hs.chains[e->type];
-  chain.erase(std::remove(chain.begin(), chain.end(), hook), chain.end());
+  if (!hs.table.get(hook)) return FALSE;
   hs.table.remove(hook);
+  if (hs.running == 0) Purge(hs);
   return TRUE;
 }
 
 LRESULT CallNextHookEx(HHOOK hook, int code, WPARAM wParam, LPARAM lParam) {
   auto& hs = Hooks();
-  // A hook that unhooked itself inside its own call may still pass the event on; its type is
-  // then unknown, so look for it in every chain and fall back to doing nothing.
+  // A hook that unhooked itself inside its own call is still in its chain (see Purge).
   for (auto& [type, chain] : hs.chains) {
     auto pos = std::find(chain.begin(), chain.end(), hook);
     if (pos != chain.end()) return CallFrom(type, static_cast<size_t>(pos - chain.begin()) + 1, code, wParam, lParam);
@@ -108,7 +116,7 @@ bool HasHooks(int type) {
 
 void RemoveAllHooks() {
   auto& hs = Hooks();
-  for (HHOOK h : hs.table.handles()) UnhookWindowsHookEx(h);
+  for (HHOOK h : hs.table.handles()) hs.table.remove(h);
   hs.chains.clear();
 }
 

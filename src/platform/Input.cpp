@@ -18,7 +18,8 @@ using namespace win;
 
 namespace {
 
-constexpr UINT WMSZ_FIRST = 1;  // WMSZ_LEFT; the edge codes follow the hit-test codes in order
+constexpr UINT WMSZ_FIRST = 1;
+bool IsTopOfBand(HWND hwnd);  // WMSZ_LEFT; the edge codes follow the hit-test codes in order
 
 struct ButtonInfo {
   int vk;
@@ -247,7 +248,8 @@ HWND Activate(HWND hwnd, WORD how) {
       if (Get(t)) SendMessageW(t, WM_ACTIVATEAPP, hwnd ? TRUE : FALSE, 0);
   }
   if (hwnd && Get(hwnd)) {
-    SetWindowPos(hwnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    // The activated window comes to the top of its band (owned windows stay above it).
+    if (!IsTopOfBand(hwnd)) SetWindowPos(hwnd, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     if (Get(hwnd)) SendMessageW(hwnd, WM_NCACTIVATE, TRUE, 0);
     if (Get(hwnd))
       SendMessageW(hwnd, WM_ACTIVATE, MAKEWPARAM(how, IsIconic(hwnd) ? 1 : 0), static_cast<LPARAM>(old));
@@ -259,6 +261,21 @@ HWND Activate(HWND hwnd, WORD how) {
     SendMessageW(f, WM_KILLFOCUS, 0, 0);
   }
   return old;
+}
+
+bool IsTopOfBand(HWND hwnd) {
+  Wnd* w = Get(hwnd);
+  for (HWND t : St().topLevels) {
+    if (t == hwnd) return true;
+    Wnd* o = Get(t);
+    if (!o) continue;
+    bool sameBand = ((o->exStyle ^ w->exStyle) & WS_EX_TOPMOST) == 0;
+    bool ownedByIt = false;
+    for (Wnd* up = Get(o->owner); up; up = Get(up->owner))
+      if (up->hwnd == hwnd) ownedByIt = true;
+    if (sameBand && !ownedByIt) return false;
+  }
+  return true;
 }
 
 bool CanActivate(HWND h, HWND leaving) {
