@@ -1,0 +1,223 @@
+// mxdemo OUT.png: draws a showcase of the drawing system on a 640 x 480 memory surface and
+// writes it as a PNG. Everything goes through the same calls the controls use.
+#include <cmath>
+#include <cstdio>
+#include <string>
+
+#include "platform/Gdi.h"
+#include "platform/PngEncoder.h"
+#include "platform/Text.h"
+
+using namespace mx::platform;
+
+namespace {
+
+constexpr int kWidth = 640, kHeight = 480;
+
+// Selects an object for the lifetime of the guard and deletes it afterwards.
+class Use {
+ public:
+  Use(HDC dc, HGDIOBJ obj) : m_dc(dc), m_obj(obj), m_old(SelectObject(dc, obj)) {}
+  ~Use() {
+    SelectObject(m_dc, m_old);
+    DeleteObject(m_obj);
+  }
+  Use(const Use&) = delete;
+  Use& operator=(const Use&) = delete;
+
+ private:
+  HDC m_dc;
+  HGDIOBJ m_obj, m_old;
+};
+
+void gradient(HDC dc, RECT r, COLORREF from, COLORREF to, ULONG mode) {
+  // 8-bit channels become 16-bit vertex values as c * 256.
+  TRIVERTEX v[2] = {
+      TRIVERTEX{r.left, r.top, static_cast<COLOR16>(GetRValue(from) << 8), static_cast<COLOR16>(GetGValue(from) << 8),
+                static_cast<COLOR16>(GetBValue(from) << 8), 0xFF00},
+      TRIVERTEX{r.right, r.bottom, static_cast<COLOR16>(GetRValue(to) << 8), static_cast<COLOR16>(GetGValue(to) << 8),
+                static_cast<COLOR16>(GetBValue(to) << 8), 0xFF00}};
+  GRADIENT_RECT gr{0, 1};
+  GradientFill(dc, v, 2, &gr, 1, mode);
+}
+
+void caption(HDC dc, const char16_t* text, int x, int y, int w, COLORREF color = RGB(40, 40, 40), int h = 18) {
+  RECT r{x, y, x + w, y + h};
+  SetTextColor(dc, color);
+  SetBkMode(dc, TRANSPARENT);
+  DrawTextW(dc, text, -1, &r, DT_CENTER | DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);
+}
+
+// A premultiplied 32-bit sprite: a soft disc in one colour, alpha falling off to the rim.
+HBITMAP makeSprite(int size, COLORREF color) {
+  BITMAPINFO bi{};
+  bi.bmiHeader.biWidth = size;
+  bi.bmiHeader.biHeight = size;
+  uint32_t* bits = nullptr;
+  HBITMAP bmp = CreateDIBSection(0, &bi, DIB_RGB_COLORS, reinterpret_cast<void**>(&bits), 0, 0);
+  if (!bmp) return 0;
+  const double c = (size - 1) / 2.0;
+  for (int y = 0; y < size; ++y)
+    for (int x = 0; x < size; ++x) {
+      double d = std::hypot(x - c, y - c) / c;
+      uint32_t a = d >= 1 ? 0 : static_cast<uint32_t>(255 * (1 - d * d));
+      uint32_t r = GetRValue(color) * a / 255, g = GetGValue(color) * a / 255, b = GetBValue(color) * a / 255;
+      bits[y * size + x] = (a << 24) | (r << 16) | (g << 8) | b;
+    }
+  return bmp;
+}
+
+void drawShapes(HDC dc) {
+  caption(dc, u"Figures and pens", 20, 64, 290);
+  {
+    Use brush(dc, CreateSolidBrush(RGB(255, 214, 90)));
+    Use pen(dc, CreatePen(PS_SOLID, 1, RGB(150, 90, 0)));
+    RoundRect(dc, 24, 88, 120, 150, 16, 16);
+  }
+  {
+    Use brush(dc, CreateSolidBrush(RGB(120, 190, 255)));
+    Use pen(dc, CreatePen(PS_SOLID, 3, RGB(20, 70, 160)));
+    Ellipse(dc, 132, 86, 212, 152);
+  }
+  {
+    Use brush(dc, CreateHatchBrush(HS_DIAGCROSS, RGB(0, 140, 60)));
+    Use pen(dc, CreatePen(PS_SOLID, 2, RGB(0, 100, 40)));
+    SetBkMode(dc, OPAQUE);
+    SetBkColor(dc, RGB(225, 250, 230));
+    Rectangle(dc, 224, 88, 306, 150);
+  }
+  // One line in every pen style, then wide ones.
+  const UINT styles[] = {PS_SOLID, PS_DASH, PS_DOT, PS_DASHDOT, PS_DASHDOTDOT};
+  SetBkMode(dc, TRANSPARENT);
+  for (int i = 0; i < 5; ++i) {
+    Use pen(dc, CreatePen(static_cast<int>(styles[i]), 1, RGB(30 + 40 * i, 30, 160 - 25 * i)));
+    MoveToEx(dc, 24, 166 + 8 * i, nullptr);
+    LineTo(dc, 306, 166 + 8 * i);
+  }
+  for (int i = 0; i < 3; ++i) {
+    Use pen(dc, CreatePen(PS_SOLID, 2 + 2 * i, RGB(200, 60 + 50 * i, 40)));
+    const POINT zig[4] = {{24 + 96 * i, 236}, {52 + 96 * i, 210}, {80 + 96 * i, 236}, {104 + 96 * i, 214}};
+    Polyline(dc, zig, 4);
+  }
+}
+
+void drawRegions(HDC dc) {
+  caption(dc, u"Regions", 330, 64, 290);
+  // A round rectangle with an ellipse cut out, XOR a star: three shapes, one region.
+  HRGN round = CreateRoundRectRgn(344, 88, 470, 240, 30, 30);
+  HRGN hole = CreateEllipticRgn(370, 120, 444, 210);
+  CombineRgn(round, round, hole, RGN_DIFF);
+  const POINT star[5] = {{545, 86}, {580, 236}, {490, 140}, {604, 140}, {512, 236}};
+  HRGN starRgn = CreatePolygonRgn(star, 5, WINDING);
+  HRGN both = CreateRectRgn(0, 0, 0, 0);
+  CombineRgn(both, round, starRgn, RGN_OR);
+  HBRUSH fill = CreateSolidBrush(RGB(170, 120, 220));
+  HBRUSH edge = CreateSolidBrush(RGB(80, 30, 120));
+  FillRgn(dc, both, fill);
+  FrameRgn(dc, both, edge, 1, 1);
+  // Clip a gradient to the star.
+  SaveDC(dc);
+  SelectClipRgn(dc, starRgn);
+  gradient(dc, RECT{480, 80, 610, 240}, RGB(255, 240, 120), RGB(240, 80, 40), GRADIENT_FILL_RECT_V);
+  RestoreDC(dc, -1);
+  for (HGDIOBJ h : {round, hole, starRgn, both}) DeleteObject(h);
+  DeleteObject(fill);
+  DeleteObject(edge);
+}
+
+void drawGradients(HDC dc) {
+  caption(dc, u"Gradients", 20, 256, 290);
+  gradient(dc, RECT{24, 280, 306, 312}, RGB(0, 84, 166), RGB(180, 220, 255), GRADIENT_FILL_RECT_H);
+  gradient(dc, RECT{24, 318, 160, 380}, RGB(255, 255, 255), RGB(154, 87, 43), GRADIENT_FILL_RECT_V);
+  TRIVERTEX tri[3] = {TRIVERTEX{168, 380, 0xFF00, 0, 0, 0xFF00}, TRIVERTEX{237, 318, 0, 0xFF00, 0, 0xFF00},
+                      TRIVERTEX{306, 380, 0, 0, 0xFF00, 0xFF00}};
+  GRADIENT_TRIANGLE t{0, 1, 2};
+  GradientFill(dc, tri, 3, &t, 1, GRADIENT_FILL_TRIANGLE);
+  RECT edge{24, 392, 160, 420};
+  DrawEdge(dc, &edge, EDGE_RAISED, BF_RECT | BF_MIDDLE);
+  RECT sunk{170, 392, 306, 420};
+  DrawEdge(dc, &sunk, EDGE_SUNKEN, BF_RECT | BF_MIDDLE);
+  caption(dc, u"Raised", 24, 397, 136);
+  caption(dc, u"Sunken", 170, 397, 136);
+  RECT focus{20, 388, 310, 424};
+  SetTextColor(dc, 0);
+  SetBkColor(dc, RGB(255, 255, 255));
+  DrawFocusRect(dc, &focus);
+}
+
+void drawBlending(HDC dc) {
+  caption(dc, u"Alpha blending", 330, 256, 290);
+  // A checkerboard shows what shines through.
+  HBRUSH dark = CreateSolidBrush(RGB(200, 200, 200));
+  for (int y = 280; y < 420; y += 10)
+    for (int x = 344; x < 610; x += 10)
+      if (((x - 344) / 10 + (y - 280) / 10) % 2 == 0) {
+        RECT r{x, y, x + 10, y + 10};
+        FillRect(dc, &r, dark);
+      }
+  DeleteObject(dark);
+  HDC mem = CreateCompatibleDC(dc);
+  const COLORREF colors[3] = {RGB(230, 40, 40), RGB(40, 180, 60), RGB(40, 80, 230)};
+  for (int i = 0; i < 3; ++i) {
+    HBITMAP sprite = makeSprite(64, colors[i]);
+    HGDIOBJ old = SelectObject(mem, sprite);
+    for (int k = 0; k < 4; ++k) {
+      BLENDFUNCTION bf{AC_SRC_OVER, 0, static_cast<BYTE>(255 - 60 * k), AC_SRC_ALPHA};
+      AlphaBlend(dc, 350 + 64 * k, 286 + 42 * i, 56, 56, mem, 0, 0, 64, 64, bf);
+    }
+    SelectObject(mem, old);
+    DeleteObject(sprite);
+  }
+  DeleteDC(mem);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fprintf(stderr, "usage: mxdemo OUT.png\n");
+    return 2;
+  }
+  BITMAPINFO bi{};
+  bi.bmiHeader.biWidth = kWidth;
+  bi.bmiHeader.biHeight = kHeight;
+  void* bits = nullptr;
+  HDC dc = CreateCompatibleDC(0);
+  HBITMAP canvas = CreateDIBSection(dc, &bi, DIB_RGB_COLORS, &bits, 0, 0);
+  if (!dc || !canvas) {
+    std::fprintf(stderr, "mxdemo: cannot make the drawing surface\n");
+    return 1;
+  }
+  HGDIOBJ old = SelectObject(dc, canvas);
+
+  RECT all{0, 0, kWidth, kHeight};
+  FillRect(dc, &all, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
+  gradient(dc, RECT{0, 0, kWidth, 52}, RGB(43, 87, 154), RGB(120, 170, 230), GRADIENT_FILL_RECT_V);
+  {
+    LOGFONTW lf;
+    lf.lfHeight = -22;
+    lf.lfWeight = 700;
+    const char16_t face[] = u"Arial";
+    for (size_t i = 0; i < sizeof face / sizeof face[0]; ++i) lf.lfFaceName[i] = face[i];
+    Use font(dc, CreateFontIndirectW(&lf));
+    caption(dc, u"Morvantix drawing system", 0, 8, kWidth, RGB(255, 255, 255), 36);
+  }
+  SelectObject(dc, GetStockObject(DEFAULT_GUI_FONT));
+  drawShapes(dc);
+  drawRegions(dc);
+  drawGradients(dc);
+  drawBlending(dc);
+
+  SelectObject(dc, old);
+  Surface s{kWidth, kHeight, static_cast<uint8_t*>(bits), kWidth * 4, true};
+  PngEncodeOptions o;
+  o.dropAlpha = true;  // fills leave alpha 0; the picture is opaque
+  bool ok = WritePngFile(s, argv[1], o);
+  DeleteObject(canvas);
+  DeleteDC(dc);
+  if (!ok) {
+    std::fprintf(stderr, "mxdemo: cannot write %s\n", argv[1]);
+    return 1;
+  }
+  return 0;
+}
