@@ -635,7 +635,9 @@ void BeginSystemMoveSize(HWND hwnd, int hit) {
   RECT r;
   GetWindowRect(hwnd, &r);
   SetCapture(hwnd);
-  st.moveSize = {hwnd, hit, st.cursor, r};
+  // The drag starts where the pointer was for the message being handled, not where later
+  // queued input has already taken the cursor.
+  st.moveSize = {hwnd, hit, st.lastMsg.message ? st.lastMsg.pt : st.cursor, r};
   SendMessageW(hwnd, WM_ENTERSIZEMOVE, 0, 0);
 }
 
