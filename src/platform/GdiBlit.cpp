@@ -173,6 +173,23 @@ bool gdi::stretchFromSurface(DeviceContext& dc, int xD, int yD, int wD, int hD, 
   if (ropUsesPattern(code) && bp.kind == BrushPaint::Kind::None) return true;
   // A plain copy of the same size is a row copy, whatever the stretch mode says.
   bool sameSize = wD == wS && hD == hS;
+  if (sameSize && wD > 0 && hD > 0 && code == 0xCC && dc.surface && src.bits != dc.surface->bits) {
+    // Straight row copies between two surfaces: the destination rectangle, cut to where the
+    // source has pixels, then to the clip.
+    auto cut = [](int64_t l, int64_t t, int64_t r, int64_t b) {
+      auto c = [](int64_t v) { return static_cast<LONG>(std::clamp<int64_t>(v, INT32_MIN, INT32_MAX)); };
+      return RECT{c(l), c(t), c(r), c(b)};
+    };
+    const int64_t ox = int64_t{xD} - xS, oy = int64_t{yD} - yS;  // source to destination offset
+    RECT area = intersect(cut(xD, yD, int64_t{xD} + wD, int64_t{yD} + hD),
+                          cut(ox, oy, ox + src.width, oy + src.height));
+    forEachClipped(dc, area, [&](const RECT& part) {
+      for (int y = part.top; y < part.bottom; ++y)
+        std::memcpy(dc.surface->row(y) + part.left, src.row(static_cast<int>(y - oy)) + (part.left - ox),
+                    static_cast<size_t>(part.width()) * 4);
+    });
+    return true;
+  }
   Sampling mode = sameSize ? Sampling::Nearest : samplingOf(dc);
   sampleRows(dc, xD, yD, wD, hD, src, xS, yS, wS, hS, mode,
              [&](uint32_t* row, int y, int x0, int n, const uint32_t* s, const uint8_t* valid) {

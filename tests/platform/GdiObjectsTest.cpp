@@ -180,5 +180,45 @@ TEST(GdiObjects, SaveAndRestoreBringBackSelectionsAndAttributes) {
   EXPECT_TRUE(DeleteDC(dc));
 }
 
+TEST(GdiObjects, LiveCountsComeBackAfterABusyPaint) {
+  auto before = liveCounts();
+  {
+    HDC screenless = CreateCompatibleDC(0);
+    // Drawing on the 1 x 1 stock bitmap a new DC starts with is harmless.
+    RECT big{-5, -5, 50, 50};
+    EXPECT_TRUE(FillRect(screenless, &big, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH))));
+    BITMAPINFO bi = header(32, 32);
+    void* bits = nullptr;
+    HBITMAP bmp = CreateDIBSection(screenless, &bi, DIB_RGB_COLORS, &bits, 0, 0);
+    HGDIOBJ oldBmp = SelectObject(screenless, bmp);
+    SaveDC(screenless);
+    HRGN clip = CreateEllipticRgn(0, 0, 30, 30);
+    SelectClipRgn(screenless, clip);
+    DeleteObject(clip);  // the DC keeps its own copy
+    IntersectClipRect(screenless, 2, 2, 28, 28);
+    SaveDC(screenless);
+    HPEN pen = CreatePen(PS_DASH, 1, RGB(1, 2, 3));
+    HBRUSH hatch = CreateHatchBrush(HS_CROSS, RGB(3, 2, 1));
+    HGDIOBJ oldPen = SelectObject(screenless, pen);
+    HGDIOBJ oldBrush = SelectObject(screenless, hatch);
+    RoundRect(screenless, 1, 1, 31, 31, 8, 8);
+    Ellipse(screenless, 4, 4, 20, 20);
+    const POINT tri[3] = {{0, 0}, {30, 4}, {12, 30}};
+    Polygon(screenless, tri, 3);
+    HRGN frame = CreateRoundRectRgn(0, 0, 20, 20, 5, 5);
+    FrameRgn(screenless, frame, hatch, 2, 2);
+    DeleteObject(frame);
+    SelectObject(screenless, oldPen);
+    SelectObject(screenless, oldBrush);
+    EXPECT_TRUE(DeleteObject(pen));
+    EXPECT_TRUE(DeleteObject(hatch));
+    RestoreDC(screenless, 1);
+    SelectObject(screenless, oldBmp);
+    EXPECT_TRUE(DeleteObject(bmp));
+    EXPECT_TRUE(DeleteDC(screenless));
+  }
+  EXPECT_EQ(liveCounts(), before);
+}
+
 }  // namespace
 }  // namespace mx::platform
