@@ -680,14 +680,16 @@ std::optional<double> HookTextToDate(StringView text) {
 
 }  // namespace
 
-void InstallRegionalVariantText() {
+VariantTextHooks RegionalVariantTextHooks() {
   VariantTextHooks hooks;
   hooks.numberToText = HookNumberToText;
   hooks.textToNumber = HookTextToNumber;
   hooks.dateToText = HookDateToText;
   hooks.textToDate = HookTextToDate;
-  SetVariantTextHooks(hooks);
+  return hooks;
 }
+
+void InstallRegionalVariantText() { SetVariantTextHooks(RegionalVariantTextHooks()); }
 
 String GeneralNumberText(double value, char16_t decimalMark, int significantDigits) {
   if (std::isnan(value)) return u"NaN";

@@ -70,10 +70,11 @@ enum : int { vbUseDefault = -2 };
 // shows for a Double (15 digits) or a Single (7 digits).
 [[nodiscard]] String GeneralNumberText(double value, char16_t decimalMark, int significantDigits = 15);
 
-// Puts the regional conversions into Variant, so that CStr, string concatenation and text read
-// as a number or a date follow the setting instead of the invariant forms. A program calls it
-// once at start-up; it is not done behind the caller's back, so code that wants the invariant
-// forms (files, persisted properties) keeps them until the program opts in.
+// The regional conversions for Variant: CStr, string concatenation and text read as a number or
+// a date follow the regional setting, as the host's do. They are Variant's default; writers of
+// files and persisted properties format numbers themselves in the invariant form.
+[[nodiscard]] VariantTextHooks RegionalVariantTextHooks();
+// Puts them back after a test or a caller replaced them.
 void InstallRegionalVariantText();
 
 }  // namespace mx::host

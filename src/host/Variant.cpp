@@ -7,6 +7,8 @@
 #include <limits>
 
 #include "host/Err.h"
+#include "host/DateTime.h"
+#include "host/Format.h"
 #include "host/Strings.h"
 #include "platform/Clock.h"
 
@@ -14,11 +16,8 @@ namespace mx::host {
 
 namespace {
 
-VariantTextHooks g_hooks;
+VariantTextHooks g_hooks = RegionalVariantTextHooks();
 
-// Host dates run from 100-01-01 to 9999-12-31 23:59:59.
-constexpr double kMinDate = -657434.0;
-constexpr double kMaxDate = 2958466.0;
 // Days between the host's day 0 (1899-12-30) and 1970-01-01.
 constexpr int64_t kUnixEpochDay = 25569;
 
@@ -464,7 +463,7 @@ DateValue Variant::ToDate() const {
   } else {
     days = ToDouble();
   }
-  if (!(days >= kMinDate && days < kMaxDate)) Overflow();
+  if (!(days >= kMinDate && days <= kMaxDate)) Overflow();
   return DateValue{days};
 }
 

@@ -3,9 +3,9 @@
 // comparison rules. Conversions that fail raise the host's run-time errors (host/Err.h):
 // 13 "Type mismatch", 6 "Overflow", 94 "Invalid use of Null", 91 for a missing object.
 //
-// Numbers are read from and written to text through replaceable hooks (VariantTextHooks). The
-// built-in hooks use the invariant form ("." decimal, no grouping, ISO dates); the regional
-// formatting code installs locale-aware ones.
+// Numbers are read from and written to text through replaceable hooks (VariantTextHooks). By
+// default they follow the regional setting, as the host's do; a hook set to null falls back to
+// the invariant form ("." decimal, no grouping, ISO dates).
 #include <compare>
 #include <cstdint>
 #include <memory>

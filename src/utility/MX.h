@@ -26,7 +26,7 @@ class MX {
 
   // Makes sure the host's values convert to text under the regional setting, as the members that
   // show numbers (FixNullField, JoinCollection, MilimeterToInche) expect.
-  MX();
+  MX() = default;
 
   // ---- money, documents, addresses
   // Money in Portuguese words, to whole cents rounded half to even; "Valor não suportado." above
@@ -92,8 +92,5 @@ class MX {
 // The digit filter behind ReturnNumbersOnly, with the switch that also keeps "-" for callers that
 // deal in negative numbers.
 [[nodiscard]] host::String ReturnNumbersOnly(host::StringView xString, bool xKeepMinus);
-
-// Adds xShiftValue to each colour channel, each held to 0..255. Shared with the control frame.
-[[nodiscard]] int32_t ShiftRGBColor(int32_t xColor, int16_t xShiftValue);
 
 }  // namespace mx::utility

@@ -13,14 +13,6 @@ namespace mx::utility {
 
 using host::String;
 
-MX::MX() {
-  static const bool installed = [] {
-    host::InstallRegionalVariantText();
-    return true;
-  }();
-  (void)installed;
-}
-
 String MX::MilimeterToInche(double xValue) const {
   try {
     const double inches = host::Round(xValue * 0.0393701, 5);

@@ -5,10 +5,20 @@
 #include <cmath>
 
 #include "host/Err.h"
+#include "host/Locale.h"
 #include "host/Strings.h"
 
 namespace mx::host {
 namespace {
+
+// These cases pin the invariant conversions, so the regional hooks that are Variant's default
+// are switched off around each of them.
+class Variant_ : public ::testing::Test {
+ protected:
+  void SetUp() override { m_saved = GetVariantTextHooks(); SetVariantTextHooks({}); }
+  void TearDown() override { SetVariantTextHooks(m_saved); }
+  VariantTextHooks m_saved;
+};
 
 template <typename F>
 int32_t ErrorOf(F&& f) {
@@ -20,7 +30,7 @@ int32_t ErrorOf(F&& f) {
   return 0;
 }
 
-TEST(Variant, VarTypeAndTypeNameOfEveryKind) {
+TEST_F(Variant_, VarTypeAndTypeNameOfEveryKind) {
   struct Case {
     Variant value;
     int32_t type;
@@ -55,7 +65,7 @@ TEST(Variant, VarTypeAndTypeNameOfEveryKind) {
   EXPECT_EQ(Variant(uint32_t{0xFFFFFFFF}).VarType(), vbDouble);
 }
 
-TEST(Variant, KindQueries) {
+TEST_F(Variant_, KindQueries) {
   EXPECT_TRUE(IsMissing(Variant::Missing()));
   EXPECT_TRUE(IsError(Variant::Missing()));
   EXPECT_FALSE(IsMissing(CVErr(5)));
@@ -69,7 +79,7 @@ TEST(Variant, KindQueries) {
   EXPECT_TRUE(IsNull(Variant::Null()));
 }
 
-TEST(Variant, IntegerConversionsRoundHalfToEven) {
+TEST_F(Variant_, IntegerConversionsRoundHalfToEven) {
   const std::pair<double, int32_t> cases[] = {
       {0.5, 0}, {1.5, 2}, {2.5, 2}, {3.5, 4}, {-0.5, 0}, {-1.5, -2}, {-2.5, -2},
       {0.4999999, 0}, {0.5000001, 1}, {-2.6, -3}, {1e9 + 0.5, 1000000000},
@@ -88,7 +98,7 @@ TEST(Variant, IntegerConversionsRoundHalfToEven) {
   EXPECT_EQ(Variant().ToLong(), 0);
 }
 
-TEST(Variant, OverflowAtTheEdgesOfEachType) {
+TEST_F(Variant_, OverflowAtTheEdgesOfEachType) {
   EXPECT_EQ(Variant(32767).ToInteger(), 32767);
   EXPECT_EQ(Variant(-32768).ToInteger(), -32768);
   EXPECT_EQ(ErrorOf([] { (void)Variant(32768).ToInteger(); }), 6);
@@ -109,7 +119,7 @@ TEST(Variant, OverflowAtTheEdgesOfEachType) {
   EXPECT_EQ(ErrorOf([] { (void)Variant(3e6).ToDate(); }), 6);
 }
 
-TEST(Variant, TextThatIsNoNumberIsATypeMismatch) {
+TEST_F(Variant_, TextThatIsNoNumberIsATypeMismatch) {
   EXPECT_EQ(ErrorOf([] { (void)Variant(u"abc").ToLong(); }), 13);
   EXPECT_EQ(ErrorOf([] { (void)Variant(u"").ToDouble(); }), 13);
   EXPECT_EQ(ErrorOf([] { (void)Variant(u"1.2.3").ToDouble(); }), 13);
@@ -125,7 +135,7 @@ TEST(Variant, TextThatIsNoNumberIsATypeMismatch) {
   EXPECT_EQ(Variant(u".5").ToDouble(), 0.5);
 }
 
-TEST(Variant, NullIsAnInvalidUseAndPropagatesThroughConcat) {
+TEST_F(Variant_, NullIsAnInvalidUseAndPropagatesThroughConcat) {
   Variant null = Variant::Null();
   EXPECT_EQ(ErrorOf([&] { (void)null.ToLong(); }), 94);
   EXPECT_EQ(ErrorOf([&] { (void)null.ToString(); }), 94);
@@ -136,7 +146,7 @@ TEST(Variant, NullIsAnInvalidUseAndPropagatesThroughConcat) {
   EXPECT_EQ(Concat(Variant(1), Variant(u"a")).ToString(), u"1a");
 }
 
-TEST(Variant, BooleanRules) {
+TEST_F(Variant_, BooleanRules) {
   EXPECT_TRUE(Variant(u"true").ToBoolean());
   EXPECT_FALSE(Variant(u" FALSE ").ToBoolean());
   EXPECT_TRUE(Variant(u"-3").ToBoolean());
@@ -147,7 +157,7 @@ TEST(Variant, BooleanRules) {
   EXPECT_EQ(Variant(true).ToDouble(), -1.0);
 }
 
-TEST(Variant, InvariantTextOfNumbersAndDates) {
+TEST_F(Variant_, InvariantTextOfNumbersAndDates) {
   EXPECT_EQ(Variant(0.1 + 0.2).ToString(), u"0.3");  // 15 significant digits hide the error
   EXPECT_EQ(Variant(1.0 / 3).ToString(), u"0.333333333333333");
   EXPECT_EQ(Variant(123456789012345.0).ToString(), u"123456789012345");
@@ -172,7 +182,7 @@ TEST(Variant, InvariantTextOfNumbersAndDates) {
   EXPECT_EQ(Variant(u"45292").ToDate().days, 45292.0);
 }
 
-TEST(Variant, TextHooksReplaceTheInvariantForms) {
+TEST_F(Variant_, TextHooksReplaceTheInvariantForms) {
   VariantTextHooks saved = GetVariantTextHooks();
   VariantTextHooks comma;
   comma.numberToText = [](const Variant& v) { return Replace(InvariantNumberToText(v), u".", u","); };
@@ -186,7 +196,15 @@ TEST(Variant, TextHooksReplaceTheInvariantForms) {
   EXPECT_EQ(Variant(2.5).ToString(), u"2.5");
 }
 
-TEST(Variant, ByteArraysAndText) {
+TEST(VariantRegional, DefaultsFollowTheRegionalSetting) {
+  ScopedLocale brazil("pt-BR");
+  EXPECT_EQ(Variant(2.5).ToString(), u"2,5");
+  EXPECT_EQ(Variant(u"1.234,5").ToDouble(), 1234.5);
+  ScopedLocale us("en-US");
+  EXPECT_EQ(Variant(2.5).ToString(), u"2.5");
+}
+
+TEST_F(Variant_, ByteArraysAndText) {
   Variant bytes(ByteArray{'H', 0, 'i', 0, '!'});
   EXPECT_EQ(bytes.ToString(), String(u"Hi!"));
   EXPECT_EQ(Variant(u"\x263A").ToBytes(), (ByteArray{0x3A, 0x26}));
@@ -196,7 +214,7 @@ TEST(Variant, ByteArraysAndText) {
   EXPECT_EQ(ErrorOf([] { (void)UBound(Variant(1)); }), 13);
 }
 
-TEST(Variant, ArraysHaveBoundsDimensionsAndValueSemantics) {
+TEST_F(Variant_, ArraysHaveBoundsDimensionsAndValueSemantics) {
   VariantArray grid({{1, 3}, {0, 2}}, vbVariant);  // (1 To 3, 0 To 1)
   EXPECT_EQ(grid.Dimensions(), 2);
   EXPECT_EQ(grid.LBound(1), 1);
@@ -230,7 +248,7 @@ TEST(Variant, ArraysHaveBoundsDimensionsAndValueSemantics) {
   EXPECT_EQ(VariantArray(2, 0, vbString)[1].VarType(), vbString);  // String arrays start as ""
 }
 
-TEST(Variant, ComparisonAcrossTypes) {
+TEST_F(Variant_, ComparisonAcrossTypes) {
   // Numbers compare by value whatever their kind.
   EXPECT_TRUE(Variant(int16_t{2}) == Variant(2.0));
   EXPECT_TRUE(Variant(true) == Variant(-1));
@@ -254,7 +272,7 @@ TEST(Variant, ComparisonAcrossTypes) {
   EXPECT_TRUE(Variant(-1) < Variant());
 }
 
-TEST(Variant, NullMakesEveryComparisonFalse) {
+TEST_F(Variant_, NullMakesEveryComparisonFalse) {
   Variant null = Variant::Null();
   EXPECT_FALSE(Compare(null, Variant(1)).has_value());
   EXPECT_FALSE(Compare(Variant(u""), null).has_value());
@@ -265,7 +283,7 @@ TEST(Variant, NullMakesEveryComparisonFalse) {
   EXPECT_TRUE(Variant(1) != Variant(2));
 }
 
-TEST(Variant, ComparisonRefusesArraysAndErrors) {
+TEST_F(Variant_, ComparisonRefusesArraysAndErrors) {
   EXPECT_EQ(ErrorOf([] { (void)(Variant(ByteArray{}) == Variant(1)); }), 13);
   EXPECT_EQ(ErrorOf([] { (void)(CVErr(1) == Variant(1)); }), 13);
   EXPECT_EQ(ErrorOf([] { (void)(Variant::Nothing() == Variant(1)); }), 91);
@@ -295,7 +313,7 @@ class Counter : public Object {
   int32_t m_value = 0;
 };
 
-TEST(Variant, LateBoundObjects) {
+TEST_F(Variant_, LateBoundObjects) {
   auto counter = std::make_shared<Counter>();
   Variant obj(counter);
   EXPECT_EQ(obj.TypeName(), u"Counter");
