@@ -1,5 +1,6 @@
 #include "host/Frx.h"
 
+#include <cctype>
 #include <cstring>
 #include <limits>
 
@@ -71,6 +72,81 @@ bool IsWindows1252(StringView text) {
     if (EncodeChar(c) < 0) return false;
   }
   return true;
+}
+
+// ---- references in text ----------------------------------------------------------------------
+
+bool HasCompanionExtension(StringView fileName) {
+  if (fileName.size() < 4 || fileName[fileName.size() - 4] != u'.') return false;
+  String ext;
+  for (char16_t c : fileName.substr(fileName.size() - 3)) ext.push_back(c >= u'A' && c <= u'Z' ? c + 32 : c);
+  return ext == u"frx" || ext == u"ctx" || ext == u"pgx" || ext == u"dox" || ext == u"dsx";
+}
+
+std::vector<FrxReference> FindFrxReferences(StringView line) {
+  std::vector<FrxReference> refs;
+  size_t i = 0;
+  while (i < line.size()) {
+    if (line[i] == u'\'') break;  // a comment runs to the end of the line
+    if (line[i] != u'"') {
+      ++i;
+      continue;
+    }
+    // Quoted text, a doubled quote standing for one.
+    size_t start = i++;
+    String text;
+    bool closed = false;
+    while (i < line.size()) {
+      if (line[i] == u'"') {
+        if (i + 1 < line.size() && line[i + 1] == u'"') {
+          text.push_back(u'"');
+          i += 2;
+          continue;
+        }
+        ++i;
+        closed = true;
+        break;
+      }
+      text.push_back(line[i++]);
+    }
+    if (!closed) break;
+    if (i < line.size() && line[i] == u':' && HasCompanionExtension(text)) {
+      size_t j = i + 1;
+      uint64_t offset = 0;
+      while (j < line.size() && j - i - 1 < 9) {
+        char16_t c = line[j];
+        int digit = c >= u'0' && c <= u'9' ? c - u'0'
+                    : c >= u'A' && c <= u'F' ? c - u'A' + 10
+                    : c >= u'a' && c <= u'f' ? c - u'a' + 10
+                                             : -1;
+        if (digit < 0) break;
+        offset = offset * 16 + static_cast<uint64_t>(digit);
+        ++j;
+      }
+      bool moreDigits = j < line.size() && std::isxdigit(static_cast<unsigned char>(line[j] < 0x80 ? line[j] : 0));
+      if (j > i + 1 && !moreDigits && offset <= 0xFFFFFFFFu) {
+        refs.push_back(FrxReference{start, j - start, std::move(text), static_cast<uint32_t>(offset)});
+        i = j;
+      }
+    }
+  }
+  return refs;
+}
+
+String FormatFrxReference(StringView fileName, uint32_t offset) {
+  static const char16_t* digits = u"0123456789ABCDEF";
+  String hex;
+  do {
+    hex.insert(hex.begin(), digits[offset & 15]);
+    offset >>= 4;
+  } while (offset != 0);
+  while (hex.size() < 4) hex.insert(hex.begin(), u'0');
+  String quoted = u"\"";
+  for (char16_t c : fileName) {
+    quoted.push_back(c);
+    if (c == u'"') quoted.push_back(c);
+  }
+  return quoted + u"\":" + hex;
 }
 
 // ---- reading -----------------------------------------------------------------------------------

@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "host/String.h"
 #include "host/Variant.h"
@@ -40,7 +41,24 @@ enum class FrxEntryKind : uint8_t {
 struct FrxEntry {
   FrxEntryKind kind = FrxEntryKind::Blob;
   ByteArray bytes;
+  friend bool operator==(const FrxEntry&, const FrxEntry&) = default;
 };
+
+// A reference to a companion entry inside a line of text: `"frmMain.frx":0A3C`. Only names
+// ending in a companion extension (.frx, .ctx, .pgx, .dox, .dsx) count, so that other quoted
+// text followed by a colon is left alone.
+struct FrxReference {
+  size_t position = 0;  // of the opening quote
+  size_t length = 0;    // through the last hexadecimal digit
+  String fileName;
+  uint32_t offset = 0;
+};
+// The references in a line, in order; quoted text is skipped as a whole ("" inside it included).
+// Offsets too large for 32 bits are not references.
+[[nodiscard]] std::vector<FrxReference> FindFrxReferences(StringView line);
+// "name":XXXX with at least four upper-case hexadecimal digits, as the host writes it.
+[[nodiscard]] String FormatFrxReference(StringView fileName, uint32_t offset);
+[[nodiscard]] bool HasCompanionExtension(StringView fileName);
 
 // Read access to a companion file held in memory. Every read is checked against the bytes that
 // are there; nothing here throws.

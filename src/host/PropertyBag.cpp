@@ -1,6 +1,7 @@
 #include "host/PropertyBag.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "host/Err.h"
 #include "host/Frx.h"
@@ -67,12 +68,29 @@ bool EntriesEqual(const BagEntry& a, const BagEntry& b) {
   return BagValuesEqual(a.value, b.value);
 }
 
+// A line with its companion references reduced to a mark, so that lines that point at equal
+// entries at different offsets compare equal.
+String WithoutReferences(const String& line) {
+  String out;
+  size_t from = 0;
+  for (const FrxReference& ref : FindFrxReferences(line)) {
+    out.append(line, from, ref.position - from);
+    out.push_back(u'\x01');
+    from = ref.position + ref.length;
+  }
+  out.append(line, from, String::npos);
+  return out;
+}
+
 bool IsPersistable(const Variant& value) {
   if (value.IsObject()) {
     ObjectRef obj = value.Obj();
     return !obj || std::dynamic_pointer_cast<StdFont>(obj) || std::dynamic_pointer_cast<StdPicture>(obj);
   }
   if (value.IsArray()) return value.Bytes() != nullptr;
+  // Text has no form for infinities and NaN.
+  if (const double* d = value.TryGet<double>()) return std::isfinite(*d);
+  if (const float* f = value.TryGet<float>()) return std::isfinite(*f);
   return !value.IsError();
 }
 
@@ -164,14 +182,15 @@ void PropertyBag::Put(BagEntry entry) {
   if (i >= 0) {
     m_items[static_cast<size_t>(i)].entry = std::move(entry);
   } else {
-    m_items.push_back(BagItem{std::move(entry), {}});
+    m_items.push_back(BagItem{std::move(entry), {}, {}});
   }
 }
 
-void PropertyBag::AddUnknownLines(std::vector<String> lines) {
+void PropertyBag::AddUnknownLines(std::vector<String> lines, std::vector<FrxEntry> entries) {
   if (lines.empty()) return;
   BagItem item;
   item.unknownLines = std::move(lines);
+  item.unknownEntries = std::move(entries);
   m_items.push_back(std::move(item));
 }
 
@@ -236,20 +255,22 @@ Variant PropertyBag::ReadProperty(StringView key, const Variant& defaultValue) c
 
 bool PropertyBag::SameContents(const PropertyBag& other) const {
   if (Count() != other.Count()) return false;
-  std::vector<const std::vector<String>*> mine, theirs;
   for (const BagItem& item : m_items) {
-    if (item.IsUnknown()) {
-      mine.push_back(&item.unknownLines);
-      continue;
-    }
+    if (item.IsUnknown()) continue;
     const BagEntry* match = other.Find(item.entry.key);
     if (!match || !EntriesEqual(item.entry, *match)) return false;
   }
-  for (const BagItem& item : other.m_items) {
-    if (item.IsUnknown()) theirs.push_back(&item.unknownLines);
-  }
-  return std::equal(mine.begin(), mine.end(), theirs.begin(), theirs.end(),
-                    [](const auto* a, const auto* b) { return *a == *b; });
+  std::vector<String> mine, theirs;
+  std::vector<FrxEntry> myEntries, theirEntries;
+  auto collect = [](const std::vector<BagItem>& items, std::vector<String>& lines, std::vector<FrxEntry>& entries) {
+    for (const BagItem& item : items) {
+      for (const String& line : item.unknownLines) lines.push_back(WithoutReferences(line));
+      entries.insert(entries.end(), item.unknownEntries.begin(), item.unknownEntries.end());
+    }
+  };
+  collect(m_items, mine, myEntries);
+  collect(other.m_items, theirs, theirEntries);
+  return mine == theirs && myEntries == theirEntries;
 }
 
 Variant PropertyBag::Invoke(StringView name, CallKind kind, std::span<Variant> args) {

@@ -15,6 +15,7 @@
 #include <span>
 #include <vector>
 
+#include "host/Frx.h"
 #include "host/String.h"
 #include "host/Variant.h"
 
@@ -39,10 +40,13 @@ struct BagEntry {
 };
 
 // One item of the bag in order: a property, or a run of lines it did not understand (kept with
-// their indentation relative to the first of them).
+// their indentation relative to the first of them). Companion-file references inside such lines
+// keep the entries they pointed at, one per reference in line order, so that a writer can store
+// them again and point the references at their new offsets.
 struct BagItem {
   BagEntry entry;
   std::vector<String> unknownLines;
+  std::vector<FrxEntry> unknownEntries;
   [[nodiscard]] bool IsUnknown() const { return !unknownLines.empty(); }
 };
 
@@ -85,11 +89,12 @@ class PropertyBag : public Object {
   // For form-file readers: stores an entry as it stands (no default test), replacing one with
   // the same key in place; and keeps lines that were not understood at the current end.
   void Put(BagEntry entry);
-  void AddUnknownLines(std::vector<String> lines);
+  void AddUnknownLines(std::vector<String> lines, std::vector<FrxEntry> entries = {});
   [[nodiscard]] const std::vector<BagItem>& Items() const { return m_items; }
 
   // The same properties with equal values (BagValuesEqual; a companion entry equals the text or
-  // bytes it holds), whatever their order, and the same unknown lines in the same order.
+  // bytes it holds), whatever their order, and the same unknown lines in the same order (their
+  // companion references compared by the entries they point at, not by offset).
   [[nodiscard]] bool SameContents(const PropertyBag& other) const;
 
   // Late binding: ReadProperty, WriteProperty.
