@@ -333,7 +333,11 @@ BOOL SetPixelV(HDC hdc, int x, int y, COLORREF color);
 // Closed figures are drawn with the pen inside their rectangle (the pen's width eats inwards)
 // and filled with the brush. With a null pen the figure is one pixel smaller to the right and
 // below, as in the classic system. Ellipses and round corners follow the shape rule of
-// Region.h, so a figure and the region of the same arguments cover the same pixels.
+// Region.h, so a figure and the region of the same arguments cover the same pixels. Styled
+// pens (dash, dot) are one pixel wide and dash lines, polylines, polygons and rectangles;
+// ellipses and round rectangles take their colour solid. Wide pens draw lines with round ends.
+
+// The brush may also be a system colour index plus one, as in the classic call.
 
 int FillRect(HDC hdc, const RECT* r, HBRUSH brush);
 int FrameRect(HDC hdc, const RECT* r, HBRUSH brush);

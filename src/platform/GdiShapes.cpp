@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "platform/GdiInternal.h"
+#include "platform/SysColors.h"
 
 namespace mx::platform {
 
@@ -231,6 +232,8 @@ Region polygonRegion(const POINT* pts, int n, int mode) {
 
 int FillRect(HDC hdc, const RECT* r, HBRUSH hbr) {
   DeviceContext* dc = LookupDC(hdc);
+  // Small values are not handles but COLOR_ indexes plus one.
+  if (hbr > 0 && hbr <= static_cast<HBRUSH>(kSysColorCount)) hbr = GetSysColorBrush(static_cast<int>(hbr) - 1);
   if (!dc || !r || !gdi::brush(hbr)) return 0;
   patRect(*dc, toDeviceRect(*dc, *r), brushPaint(*dc, hbr), kPatCopy);
   return 1;

@@ -6,6 +6,7 @@
 #include "GdiTestSupport.h"
 #include "platform/Gdi.h"
 #include "platform/PngEncoder.h"
+#include "platform/SysColors.h"
 
 #if MX_HAVE_LIBPNG
 #include <png.h>
@@ -52,6 +53,15 @@ TEST(GdiShapes, RectangleDrawsPenOutsideAndBrushInside) {
             ".####..\n"
             ".......\n");
   SelectObject(c.dc(), GetStockObject(BLACK_PEN));
+}
+
+TEST(GdiShapes, FillRectTakesSystemColourIndexes) {
+  Canvas c(2, 1, 0);
+  RECT r{0, 0, 2, 1};
+  ASSERT_TRUE(FillRect(c.dc(), &r, static_cast<HBRUSH>(COLOR_3DFACE + 1)));
+  COLORREF face = GetSysColor(COLOR_3DFACE);
+  EXPECT_EQ(c.at(1, 0), (uint32_t{GetRValue(face)} << 16) | (GetGValue(face) << 8) | GetBValue(face));
+  EXPECT_FALSE(FillRect(c.dc(), &r, static_cast<HBRUSH>(kSysColorCount + 1)));
 }
 
 TEST(GdiShapes, WidePensEatInwards) {
