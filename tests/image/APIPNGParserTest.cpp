@@ -1,0 +1,303 @@
+// The PNG reader's own rules: CRCs with and without zlib, ignored chunks, colour keys, filters,
+// interlacing, the Deflate64 reading after zlib refuses, and damaged input.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "PngTestSupport.h"
+#include "image/API32bppDIB.h"
+#include "image/APIPNGParser.h"
+
+namespace mx::image {
+namespace {
+
+using test::addChunk;
+using test::makePng;
+using test::PngSpec;
+using test::ScopedNoZlib;
+
+uint32_t word(const API32bppDIB& d, int x, int y) {
+  return reinterpret_cast<const uint32_t*>(d.BitsPointer())[static_cast<size_t>(d.Height() - 1 - y) * d.Width() + x];
+}
+
+bool load(const std::vector<uint8_t>& png, API32bppDIB& d) {
+  APIPNGParser p;
+  return p.LoadStream(png, d);
+}
+
+// 2 x 2 RGB: red, green / blue, white.
+PngSpec rgb2x2() {
+  PngSpec s;
+  s.width = s.height = 2;
+  s.rows = {0, 255, 0, 0, 0, 255, 0, 0, 0, 0, 255, 255, 255, 255};
+  return s;
+}
+
+TEST(APIPNGParserChunks, WrongCrcIsRefusedOnlyWithZlib) {
+  std::vector<uint8_t> png = makePng(rgb2x2());
+  png[png.size() - 12 - 1] ^= 0x55;  // the last byte of IDAT's CRC
+  for (bool noZlib : {false, true}) {
+    ScopedNoZlib scope(noZlib);
+    API32bppDIB d;
+    EXPECT_EQ(load(png, d), noZlib) << noZlib;
+    if (noZlib) EXPECT_EQ(word(d, 1, 1), 0xFFFFFFFFu);
+  }
+  // A CRC of 0 is not checked at all.
+  std::vector<uint8_t> zeroCrc = test::signature();
+  const uint32_t zero = 0;
+  addChunk(zeroCrc, "IHDR", test::ihdr(2, 2, 8, 2), &zero);
+  addChunk(zeroCrc, "IDAT", platform::ZlibCompress(rgb2x2().rows, 6, false), &zero);
+  addChunk(zeroCrc, "IEND", {});
+  API32bppDIB d;
+  ScopedNoZlib scope(false);
+  EXPECT_TRUE(load(zeroCrc, d));
+  EXPECT_EQ(word(d, 0, 0), 0xFFFF0000u);
+}
+
+TEST(APIPNGParserChunks, AncillaryChunksAndTrailingDataChangeNothing) {
+  ScopedNoZlib scope(false);
+  PngSpec plain = rgb2x2();
+  PngSpec withExtras = plain;
+  uint32_t badCrc = 0x12345678;
+  withExtras.extra = {{"gAMA", {0, 0, 0x27, 0x10}}, {"bKGD", {0, 9, 0, 9, 0, 9}}, {"tEXt", {'a', 0, 'b'}}};
+  std::vector<uint8_t> a = makePng(plain), b = makePng(withExtras);
+  b.insert(b.end(), {1, 2, 3, 4, 5, 6, 7, 8, 9});  // bytes after IEND
+  API32bppDIB da, db;
+  ASSERT_TRUE(load(a, da));
+  ASSERT_TRUE(load(b, db));
+  EXPECT_EQ(0, std::memcmp(da.BitsPointer(), db.BitsPointer(), 16));
+  // An ancillary chunk is skipped unread, so even a wrong CRC on one does not matter.
+  std::vector<uint8_t> c = test::signature();
+  addChunk(c, "IHDR", test::ihdr(2, 2, 8, 2));
+  addChunk(c, "gAMA", {0, 0, 0x27, 0x10}, &badCrc);
+  addChunk(c, "IDAT", platform::ZlibCompress(plain.rows, 6, false));
+  addChunk(c, "IEND", {});
+  API32bppDIB dc;
+  EXPECT_TRUE(load(c, dc));
+}
+
+TEST(APIPNGParserChunks, BadHeadersAndPalettesAreRefused) {
+  ScopedNoZlib scope(false);
+  struct Case {
+    const char* what;
+    uint32_t w, h;
+    uint8_t depth, type, interlace;
+  } cases[] = {{"zero width", 0, 2, 8, 2, 0},     {"negative height", 2, 0x80000000u, 8, 2, 0},
+               {"depth 3", 2, 2, 3, 2, 0},        {"colour type 5", 2, 2, 8, 5, 0},
+               {"interlace 2", 2, 2, 8, 2, 2},    {"RGB of 4 bits", 2, 2, 4, 2, 0},
+               {"16-bit palette", 2, 2, 16, 3, 0}};
+  for (const auto& c : cases) {
+    PngSpec s = rgb2x2();
+    std::vector<uint8_t> png = test::signature();
+    addChunk(png, "IHDR", test::ihdr(c.w, c.h, c.depth, c.type, c.interlace));
+    addChunk(png, "IDAT", platform::ZlibCompress(s.rows, 6, false));
+    addChunk(png, "IEND", {});
+    API32bppDIB d;
+    EXPECT_FALSE(load(png, d)) << c.what;
+    EXPECT_EQ(d.Handle(), 0u) << c.what;
+  }
+  PngSpec pal;
+  pal.colorType = 3;
+  pal.rows = {0, 0};
+  pal.extra = {{"PLTE", {1, 2, 3, 4}}};
+  API32bppDIB d;
+  EXPECT_FALSE(load(makePng(pal), d));
+  // No image data at all.
+  std::vector<uint8_t> noData = test::signature();
+  addChunk(noData, "IHDR", test::ihdr(1, 1, 8, 0));
+  addChunk(noData, "IEND", {});
+  EXPECT_FALSE(load(noData, d));
+}
+
+TEST(APIPNGParserKeys, ColourKeysAndTheAlphaTheyReport) {
+  ScopedNoZlib scope(false);
+  // 8-bit RGB with a key no pixel uses: still Alpha Simple.
+  PngSpec s = rgb2x2();
+  s.extra = {{"tRNS", {0, 1, 0, 2, 0, 3}}};
+  API32bppDIB d;
+  ASSERT_TRUE(load(makePng(s), d));
+  EXPECT_EQ(d.Alpha(), AlphaSimple);
+  EXPECT_EQ(word(d, 0, 0), 0xFFFF0000u);
+  // The same key on green: the 8-bit path compares the low bytes of the key's samples.
+  s.extra = {{"tRNS", {0x7F, 0, 0x7F, 255, 0x7F, 0}}};
+  ASSERT_TRUE(load(makePng(s), d));
+  EXPECT_EQ(word(d, 1, 0), 0u);
+  EXPECT_EQ(word(d, 0, 0), 0xFFFF0000u);
+
+  // 16-bit grey: every sample whose high byte equals the key's high byte is transparent.
+  PngSpec g;
+  g.width = 3;
+  g.depth = 16;
+  g.colorType = 0;
+  g.rows = {0, 0x12, 0x00, 0x12, 0xFF, 0x13, 0x12};
+  g.extra = {{"tRNS", {0x12, 0x34}}};
+  ASSERT_TRUE(load(makePng(g), d));
+  EXPECT_EQ(word(d, 0, 0), 0u);
+  EXPECT_EQ(word(d, 1, 0), 0u);
+  EXPECT_EQ(word(d, 2, 0), 0xFF131313u);
+  EXPECT_EQ(d.Alpha(), AlphaSimple);
+
+  // 2-bit grey with a key: the grey scale is i x 85.
+  PngSpec k;
+  k.width = 4;
+  k.depth = 2;
+  k.colorType = 0;
+  k.rows = {0, 0b00011011};
+  k.extra = {{"tRNS", {0, 2}}};
+  ASSERT_TRUE(load(makePng(k), d));
+  EXPECT_EQ(word(d, 0, 0), 0xFF000000u);
+  EXPECT_EQ(word(d, 1, 0), 0xFF555555u);
+  EXPECT_EQ(word(d, 2, 0), 0u);
+  EXPECT_EQ(word(d, 3, 0), 0xFFFFFFFFu);
+}
+
+TEST(APIPNGParserKeys, PalettesWithPartialAlphaStillReportSimple) {
+  ScopedNoZlib scope(false);
+  PngSpec s;
+  s.width = 3;
+  s.colorType = 3;
+  s.rows = {0, 0, 1, 7};  // index 7 lies beyond the palette
+  s.extra = {{"PLTE", {200, 100, 50, 10, 20, 30}}, {"tRNS", {128}}};
+  API32bppDIB d;
+  ASSERT_TRUE(load(makePng(s), d));
+  EXPECT_EQ(word(d, 0, 0), 0x80643219u);  // 200*128/255=100, 50, 25
+  EXPECT_EQ(word(d, 1, 0), 0xFF0A141Eu);  // past the tRNS table: opaque
+  EXPECT_EQ(word(d, 2, 0), 0xFF000000u);  // past the palette: black, and no crash
+  EXPECT_EQ(d.Alpha(), AlphaSimple);
+  // One-bit palette image without PLTE: black and white.
+  PngSpec bw;
+  bw.width = 2;
+  bw.depth = 1;
+  bw.colorType = 3;
+  bw.rows = {0, 0b01000000};
+  ASSERT_TRUE(load(makePng(bw), d));
+  EXPECT_EQ(word(d, 0, 0), 0xFF000000u);
+  EXPECT_EQ(word(d, 1, 0), 0xFFFFFFFFu);
+  EXPECT_EQ(d.Alpha(), AlphaNone);
+}
+
+TEST(APIPNGParserFilters, UnknownFilterDependsOnInterlace) {
+  ScopedNoZlib scope(false);
+  // Plain image: the row with filter 9 is kept as it stands, the next one still decodes (Up
+  // adds the kept row).
+  PngSpec s;
+  s.width = 1;
+  s.height = 2;
+  s.colorType = 0;
+  s.rows = {9, 40, 2, 5};
+  API32bppDIB d;
+  ASSERT_TRUE(load(makePng(s), d));
+  EXPECT_EQ(word(d, 0, 0), 0xFF282828u);
+  EXPECT_EQ(word(d, 0, 1), 0xFF2D2D2Du);
+  // Interlaced 1 x 2: pass 1 holds row 0, pass 7 holds row 1; an unknown filter ends it.
+  s.interlace = 1;
+  s.rows = {0, 40, 2, 5};
+  ASSERT_TRUE(load(makePng(s), d));
+  EXPECT_EQ(word(d, 0, 1), 0xFF050505u);  // Up on a pass's first row adds nothing
+  s.rows = {0, 40, 9, 5};
+  EXPECT_FALSE(load(makePng(s), d));
+  EXPECT_EQ(d.Handle(), 0u);
+}
+
+TEST(APIPNGParserFilters, InterlacedWidthOneSkipsEmptyPasses) {
+  ScopedNoZlib scope(false);
+  // 1 x 8 grey, interlaced: passes 2, 4 and 6 have no columns, so the data holds rows of
+  // passes 1 (y 0), 3 (y 4), 5 (y 2, 6) and 7 (y 1, 3, 5, 7).
+  PngSpec s;
+  s.width = 1;
+  s.height = 8;
+  s.colorType = 0;
+  s.interlace = 1;
+  s.rows = {0, 10, 0, 14, 0, 12, 0, 16, 0, 11, 0, 13, 0, 15, 0, 17};
+  for (bool noZlib : {false, true}) {
+    ScopedNoZlib z(noZlib);
+    API32bppDIB d;
+    ASSERT_TRUE(load(makePng(s), d));
+    for (int y = 0; y < 8; ++y) EXPECT_EQ(word(d, 0, y) & 0xFF, 10u + y) << y;
+  }
+}
+
+// A zlib stream whose Adler-32 is wrong: zlib refuses it, the own decoder never looks.
+std::vector<uint8_t> badAdler(std::vector<uint8_t> z) {
+  z.back() ^= 1;
+  return z;
+}
+
+TEST(APIPNGParserInflate, Deflate64LengthsOnlyAfterZlibRefused) {
+  // 300 grey pixels of one value: the compressor sends a match of length 258.
+  std::vector<uint8_t> rows(301, 77);
+  rows[0] = 0;
+  std::vector<uint8_t> z = platform::ZlibCompress(rows, 9, false);
+  std::vector<uint8_t> png = test::signature();
+  addChunk(png, "IHDR", test::ihdr(300, 1, 8, 0));
+  addChunk(png, "IDAT", badAdler(z));
+  addChunk(png, "IEND", {});
+  {
+    ScopedNoZlib scope(true);
+    API32bppDIB d;
+    ASSERT_TRUE(load(png, d));
+    EXPECT_EQ(word(d, 299, 0), 0xFF4D4D4Du);
+  }
+  {
+    // zlib fails on the checksum, then the own decoder reads 16 more bits after length 258
+    // and runs past the expected size.
+    ScopedNoZlib scope(false);
+    API32bppDIB d;
+    EXPECT_FALSE(load(png, d));
+  }
+  // Without a length-258 match the second reading gives the same pixels.
+  std::vector<uint8_t> stored = test::signature();
+  addChunk(stored, "IHDR", test::ihdr(300, 1, 8, 0));
+  addChunk(stored, "IDAT", badAdler(platform::ZlibCompress(rows, 0, false)));
+  addChunk(stored, "IEND", {});
+  ScopedNoZlib scope(false);
+  API32bppDIB d;
+  ASSERT_TRUE(load(stored, d));
+  EXPECT_EQ(word(d, 150, 0), 0xFF4D4D4Du);
+}
+
+TEST(APIPNGParserDamage, EveryTruncationAndCorruptionFailsCleanly) {
+  PngSpec s;
+  s.width = 7;
+  s.height = 5;
+  s.colorType = 6;
+  s.interlace = 1;
+  std::mt19937 rng(1234);
+  // Build interlaced rows: passes of a 7 x 5 image, filter bytes random from 0..4.
+  const int xs[7] = {0, 4, 0, 2, 0, 1, 0}, ys[7] = {0, 0, 4, 0, 2, 0, 1};
+  const int dx[7] = {8, 8, 4, 4, 2, 2, 1}, dy[7] = {8, 8, 8, 4, 4, 2, 2};
+  for (int p = 0; p < 7; ++p) {
+    int pw = 7 / dx[p] + (7 % dx[p] > xs[p]), ph = 5 / dy[p] + (5 % dy[p] > ys[p]);
+    if (!pw || !ph) continue;
+    for (int r = 0; r < ph; ++r) {
+      s.rows.push_back(static_cast<uint8_t>(rng() % 5));
+      for (int i = 0; i < pw * 4; ++i) s.rows.push_back(static_cast<uint8_t>(rng()));
+    }
+  }
+  std::vector<uint8_t> png = makePng(s);
+  for (bool noZlib : {false, true}) {
+    ScopedNoZlib scope(noZlib);
+    API32bppDIB whole;
+    ASSERT_TRUE(load(png, whole));
+    const size_t dataEnd = png.size() - 12;  // where IEND starts
+    for (size_t n = 0; n < dataEnd; ++n) {
+      std::vector<uint8_t> cut(png.begin(), png.begin() + static_cast<std::ptrdiff_t>(n));
+      API32bppDIB d;
+      // A stream's running total starts one byte low, so without zlib (no CRC to read) a
+      // stream missing only the last CRC byte still loads.
+      bool expected = noZlib && n == dataEnd - 1;
+      EXPECT_EQ(load(cut, d), expected) << n;
+      if (!expected) EXPECT_EQ(d.Handle(), 0u);
+    }
+    // Flipped bytes anywhere: whatever the result, no crash, and a failure leaves nothing.
+    for (int i = 0; i < 2000; ++i) {
+      std::vector<uint8_t> bad = png;
+      bad[8 + rng() % (bad.size() - 8)] ^= static_cast<uint8_t>(1 + rng() % 255);
+      API32bppDIB d;
+      if (!load(bad, d)) EXPECT_EQ(d.Handle(), 0u);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace mx::image
