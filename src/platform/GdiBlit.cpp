@@ -78,17 +78,19 @@ void sampleRows(DeviceContext& dc, int xD, int yD, int wD, int hD, const Surface
   Surface snapshot;
   std::vector<uint32_t> snapshotPixels;
   if (srcIn.bits == dst.bits) {
+    // Only the part of the source rectangle that lies on the surface is copied; the source
+    // coordinates then count from that part's corner.
     auto [sx0, sx1] = destRange(xS, wS);
     auto [sy0, sy1] = destRange(yS, hS);
     RECT sr = intersect(RECT{sx0, sy0, sx1, sy1}, RECT{0, 0, srcIn.width, srcIn.height});
     if (sr.empty()) return;
-    // Same coordinates as the original, rows outside the copied band are never read.
-    snapshotPixels.resize(static_cast<size_t>(srcIn.width) * srcIn.height);
-    snapshot = Surface{srcIn.width, srcIn.height, reinterpret_cast<uint8_t*>(snapshotPixels.data()),
-                       srcIn.width * 4, false};
+    snapshotPixels.resize(static_cast<size_t>(sr.width()) * sr.height());
+    snapshot = Surface{sr.width(), sr.height(), reinterpret_cast<uint8_t*>(snapshotPixels.data()), sr.width() * 4, false};
     for (int y = sr.top; y < sr.bottom; ++y)
-      std::memcpy(snapshot.row(y) + sr.left, srcIn.row(y) + sr.left, static_cast<size_t>(sr.width()) * 4);
+      std::memcpy(snapshot.row(y - sr.top), srcIn.row(y) + sr.left, static_cast<size_t>(sr.width()) * 4);
     src = &snapshot;
+    xS -= sr.left;
+    yS -= sr.top;
   }
 
   AxisMap mx(xD, wD, xS, wS, area.left, area.right, src->width, mode);

@@ -45,6 +45,20 @@ TEST(GdiBlit, OverlappingCopyOnOneSurfaceReadsThePictureAsItWas) {
   }
 }
 
+TEST(GdiBlit, OverlappingCopyFromPartlyOffTheSurface) {
+  Canvas c(6, 6);
+  numberPixels(c);
+  std::vector<uint32_t> before = c.pixels();
+  ASSERT_TRUE(BitBlt(c.dc(), 1, 1, 4, 4, c.dc(), -1, -1, SRCCOPY));
+  for (int y = 0; y < 6; ++y)
+    for (int x = 0; x < 6; ++x) {
+      // Destination pixels whose source is off the surface (x or y equal to 1) are not drawn.
+      bool copied = x >= 2 && x < 5 && y >= 2 && y < 5;
+      uint32_t expected = copied ? before[static_cast<size_t>((y - 2) * 6 + x - 2)] : before[static_cast<size_t>(y * 6 + x)];
+      ASSERT_EQ(c.at(x, y), expected) << x << "," << y;
+    }
+}
+
 TEST(GdiBlit, RasterOperations) {
   Canvas src(1, 1), dst(1, 1);
   const uint32_t s = 0x80F0CC0F, d = 0x40AA33F0;
