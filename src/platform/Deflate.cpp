@@ -226,6 +226,9 @@ constexpr std::array<LevelParams, 10> kLevels{{{0, 0, false},
                                                {512, 258, true},
                                                {2048, 258, true}}};
 
+// Hash chains over three-byte prefixes: head holds the newest position of each hash, prev
+// links every position to the previous one with the same hash, indexed modulo the window.
+// Positions are int64 so that -1 can end a chain.
 class MatchFinder {
  public:
   MatchFinder(std::span<const uint8_t> data, LevelParams p)
@@ -449,6 +452,8 @@ std::vector<uint8_t> DeflateRaw(std::span<const uint8_t> data, int level) {
   }
   const LevelParams params = kLevels[static_cast<size_t>(level)];
   MatchFinder finder(data, params);
+  // Blocks of this many symbols let the Huffman codes follow changes in the data (a picture's
+  // flat areas and its busy ones) while keeping each block's header cost small.
   constexpr size_t kBlockTokens = 1 << 15;
   std::vector<Token> tokens;
   tokens.reserve(kBlockTokens);

@@ -337,6 +337,9 @@ int GetObjectW(HGDIOBJ obj, int cb, void* out) {
   }
 }
 
+// Deleting an object that a DC still holds is refused rather than deferred: the caller gets
+// FALSE and keeps the handle, which a leak test then reports, instead of a DC drawing with a
+// dead object.
 BOOL DeleteObject(HGDIOBJ obj) {
   GdiState& s = state();
   if (obj == 0 || s.isStock(obj)) return FALSE;

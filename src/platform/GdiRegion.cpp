@@ -73,6 +73,7 @@ HRGN ExtCreateRegion(const XFORM* xform, DWORD count, const RGNDATA* data) {
   if (need > count) return 0;
   std::vector<RECT> rects(h.nCount);
   if (h.nCount) std::memcpy(rects.data(), reinterpret_cast<const char*>(data) + h.dwSize, h.nCount * sizeof(RECT));
+  // Callers build these lists by hand; a rectangle given corner-first is still meant.
   for (RECT& r : rects) r = normalized(r.left, r.top, r.right, r.bottom);
   return CreateRegionFrom(Region::fromRects(rects));
 }

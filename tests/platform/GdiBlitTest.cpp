@@ -17,7 +17,7 @@ void numberPixels(Canvas& c) {
 }
 
 TEST(GdiBlit, BitBltCopiesAllFourBytesAndClipsToBothSurfaces) {
-  Canvas src(4, 3), dst(6, 5, 0xAAAAAAAA);
+  Canvas src(4, 3, 0, /*bottomUp=*/false), dst(6, 5, 0xAAAAAAAA);  // rows run opposite ways
   numberPixels(src);
   // Partly off the destination (left) and partly off the source (bottom).
   ASSERT_TRUE(BitBlt(dst.dc(), -1, 3, 4, 3, src.dc(), 0, 1, SRCCOPY));
