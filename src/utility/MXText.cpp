@@ -1,6 +1,7 @@
 // Text members of MX: accent removal, character filters, padding and searching.
 #include <random>
 
+#include "host/Colors.h"
 #include "host/Strings.h"
 #include "utility/APIStringBuilder.h"
 #include "utility/CharClass.h"
@@ -80,20 +81,8 @@ String MX::LongToHex(int32_t xValue) const {
   return hex;
 }
 
-int32_t ShiftRGBColor(int32_t xColor, int16_t xShiftValue) {
-  auto shift = [xShiftValue](int32_t channel) {
-    const int32_t value = channel + xShiftValue;
-    return value < 0 ? 0 : (value > 255 ? 255 : value);
-  };
-  const int32_t red = shift(xColor & 0xFF);
-  const int32_t green = shift((xColor >> 8) & 0xFF);
-  const int32_t blue = shift((xColor >> 16) & 0xFF);
-  // Rebuilt from the three channels alone: a system-colour flag in the high byte does not survive.
-  return red | (green << 8) | (blue << 16);
-}
-
 int32_t MX::ShiftRGBColor(int32_t xColor, int16_t xShiftValue) const {
-  return utility::ShiftRGBColor(xColor, xShiftValue);
+  return host::ShiftRGBColor(xColor, xShiftValue);
 }
 
 namespace {

@@ -1,0 +1,146 @@
+// The theme palette and the toolkit default theme, and a stored picture of every theme's
+// colours painted the way the control faces use them.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "frame/Drawing.h"
+#include "frame/Gradient.h"
+#include "frame/Themes.h"
+#include "platform/GdiTestSupport.h"
+
+#ifdef MX_HAVE_LIBPNG
+#include <png.h>
+#endif
+
+namespace mx::frame {
+namespace {
+
+using platform::test::Canvas;
+
+TEST(GetThemeColor, TablesAreIndexedByThemeThenRole) {
+  // One value per theme where the themes differ, so a swapped index shows.
+  EXPECT_EQ(GetThemeColor(Office_Theme_Blue, ThemeBorderColor), 0xE2A981);
+  EXPECT_EQ(GetThemeColor(Windows_Theme_Red, ThemeBorderColorDown), 0x1F1F5E);
+  EXPECT_EQ(GetThemeColor(Office_Theme_Silver, ThemeGradientColorDown1), 0xA4D6FF);
+  EXPECT_EQ(GetThemeColor(Windows_Theme, ThemeListEvenRows), 0xFBFBFC);
+  EXPECT_EQ(GetThemeColor(Windows_Theme_Black, ThemeSelectionBorder), 0xFFE8CC);
+  // Disabled text is the same green in every theme.
+  for (int32_t theme = 0; theme < kThemeCount; ++theme)
+    EXPECT_EQ(GetThemeColor(theme, ThemeForeColorDisabled), 0x008000) << theme;
+}
+
+TEST(GetThemeColor, OutOfRangeGivesZero) {
+  EXPECT_EQ(GetThemeColor(-1, ThemeBorderColor), 0);
+  EXPECT_EQ(GetThemeColor(7, ThemeBorderColor), 0);
+  EXPECT_EQ(GetThemeColor(Windows_Theme, -1), 0);
+  EXPECT_EQ(GetThemeColor(Windows_Theme, kThemeColorCount), 0);
+  EXPECT_EQ(GetThemeColor(INT32_MIN, INT32_MAX), 0);
+}
+
+TEST(ToolkitTheme, SharedWithTheHostAndPerThread) {
+  const int32_t before = DefaultToolkitTheme();
+  SetDefautlToolkitTheme(Windows_Theme_Orange);
+  EXPECT_EQ(host::DefaultToolkitTheme(), Windows_Theme_Orange);
+  int32_t other = -1;
+  std::thread([&] { other = DefaultToolkitTheme(); }).join();
+  EXPECT_EQ(other, Windows_Theme);
+  SetDefautlToolkitTheme(static_cast<ENUM_THEME>(before));
+}
+
+#ifdef MX_HAVE_LIBPNG
+
+bool WritePng(const std::string& path, int w, int h, const std::vector<uint32_t>& px) {
+  png_image img{};
+  img.version = PNG_IMAGE_VERSION;
+  img.width = static_cast<png_uint_32>(w);
+  img.height = static_cast<png_uint_32>(h);
+  img.format = PNG_FORMAT_BGRA;
+  return png_image_write_to_file(&img, path.c_str(), 0, px.data(), w * 4, nullptr) != 0;
+}
+
+bool ReadPng(const std::string& path, int& w, int& h, std::vector<uint32_t>& px) {
+  png_image img{};
+  img.version = PNG_IMAGE_VERSION;
+  if (!png_image_begin_read_from_file(&img, path.c_str())) return false;
+  img.format = PNG_FORMAT_BGRA;
+  w = static_cast<int>(img.width);
+  h = static_cast<int>(img.height);
+  px.assign(static_cast<size_t>(w) * h, 0);
+  return png_image_finish_read(&img, nullptr, px.data(), w * 4, nullptr) != 0;
+}
+
+// Gradients leave alpha at 0; the stored picture is opaque so that it can be looked at, and the
+// comparison is of the colour channels.
+void ExpectGolden(const std::string& name, const Canvas& c) {
+  std::vector<uint32_t> actual = c.pixels();
+  for (uint32_t& p : actual) p |= 0xFF000000;
+  const std::string path = std::string(MX_GOLDEN_DIR) + "/frame/" + name + ".png";
+  if (std::getenv("UPDATE_GOLDEN")) {
+    ASSERT_TRUE(WritePng(path, c.width(), c.height(), actual));
+    return;
+  }
+  int w = 0, h = 0;
+  std::vector<uint32_t> expected;
+  ASSERT_TRUE(ReadPng(path, w, h, expected)) << "missing golden " << path;
+  ASSERT_EQ(w, c.width());
+  ASSERT_EQ(h, c.height());
+  if (expected != actual) {
+    std::vector<uint32_t> diff(actual.size());
+    size_t bad = 0;
+    for (size_t i = 0; i < actual.size(); ++i) {
+      diff[i] = expected[i] == actual[i] ? 0xFFFFFFFF : 0xFFFF0000;
+      bad += expected[i] != actual[i];
+    }
+    WritePng(path.substr(0, path.size() - 4) + ".actual.png", w, h, actual);
+    WritePng(path.substr(0, path.size() - 4) + ".diff.png", w, h, diff);
+    ADD_FAILURE() << bad << " pixels differ from " << path;
+  }
+}
+
+constexpr int kCell = 20;
+constexpr int kSwatch = 14;
+
+// Paints a swatch in its own surface from (0, 0), as a control paints its face, then copies it
+// into place; a border in `border` unless that is negative.
+void Swatch(const Canvas& sheet, int x, int y, int h, int32_t from, int32_t to, int32_t direction, int32_t border) {
+  Canvas s(kCell, h, 0x00FFFFFF);
+  PaintGradientRect(s.dc(), 0, 0, kCell, h, from, to, direction);
+  if (border >= 0) FrameRectColor(s.dc(), platform::RECT{0, 0, kCell, h}, border);
+  platform::BitBlt(sheet.dc(), x, y, kCell, h, s.dc(), 0, 0, platform::SRCCOPY);
+}
+
+// Columns: the seven themes. Rows: the normal, over, down and disabled faces with their
+// borders, a four-colour face, and the list and selection colours in the other directions.
+TEST(ThemesGolden, EveryThemesFaces) {
+  Canvas sheet(kThemeCount * (kCell + 4) + 4, 118, 0x00FFFFFF);
+  for (int32_t t = 0; t < kThemeCount; ++t) {
+    const int x = 4 + t * (kCell + 4);
+    auto col = [t](int32_t index) { return GetThemeColor(t, index); };
+    Swatch(sheet, x, 2, kSwatch, col(8), col(9), GradientTopToBottom, col(4));
+    Swatch(sheet, x, 18, kSwatch, col(20), col(21), GradientTopToBottom, col(7));
+    Swatch(sheet, x, 34, kSwatch, col(16), col(17), GradientTopToBottom, col(6));
+    Swatch(sheet, x, 50, kSwatch, col(12), col(13), GradientTopToBottom, col(5));
+
+    Canvas face(kCell, 16, 0x00FFFFFF);
+    if (IsSolidGradientFace(Four_Colors, col(8), col(9), col(10), col(11)))
+      FillRectColor(face.dc(), platform::RECT{0, 0, kCell, 16}, col(8));
+    else
+      PaintGradientFace(face.dc(), kCell, 16, Four_Colors, col(8), col(9), col(10), col(11));
+    FrameRectColor(face.dc(), platform::RECT{0, 0, kCell, 16}, col(4));
+    platform::BitBlt(sheet.dc(), x, 66, kCell, 16, face.dc(), 0, 0, platform::SRCCOPY);
+
+    Swatch(sheet, x, 84, 10, col(24), col(26), GradientLeftToRight, -1);
+    Swatch(sheet, x, 96, 10, col(25), col(4), GradientDiagonalDown, -1);
+    Swatch(sheet, x, 106, 10, col(4), col(25), GradientDiagonalUp, -1);
+  }
+  ExpectGolden("themes", sheet);
+}
+
+#endif
+
+}  // namespace
+}  // namespace mx::frame
