@@ -18,10 +18,21 @@ using platform::COLORREF;
 bool IsHighSurrogate(char16_t u) { return u >= 0xD800 && u <= 0xDBFF; }
 bool IsLowSurrogate(char16_t u) { return u >= 0xDC00 && u <= 0xDFFF; }
 
+// The characters of bytes 0x80..0x9F in the Western code page, taken from the platform's own
+// decoding so that both directions agree.
+const std::u16string& WesternHighBlock() {
+  static const std::u16string block = [] {
+    std::string bytes;
+    for (int b = 0x80; b <= 0x9F; ++b) bytes.push_back(static_cast<char>(b));
+    return platform::AnsiToUtf16(bytes.data(), static_cast<int>(bytes.size()));
+  }();
+  return block;
+}
+
 // Text in the Western code page, as the narrow calls read it: characters it lacks become "?",
-// a surrogate pair one "?". The 0x80..0x9F block is taken from the platform's own decoding so
-// that both directions agree.
+// a surrogate pair one "?".
 std::string ToAnsi(host::StringView text) {
+  const std::u16string& high = WesternHighBlock();
   std::string out;
   out.reserve(text.size());
   for (size_t i = 0; i < text.size(); ++i) {
@@ -31,16 +42,8 @@ std::string ToAnsi(host::StringView text) {
       continue;
     }
     if (IsHighSurrogate(u) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) ++i;
-    char mapped = '?';
-    for (int b = 0x80; b <= 0x9F; ++b) {
-      const char byte = static_cast<char>(b);
-      const std::u16string decoded = platform::AnsiToUtf16(&byte, 1);
-      if (decoded.size() == 1 && decoded[0] == u) {
-        mapped = byte;
-        break;
-      }
-    }
-    out.push_back(mapped);
+    const size_t at = high.size() == 0x20 ? high.find(u) : std::u16string::npos;
+    out.push_back(at == std::u16string::npos ? '?' : static_cast<char>(0x80 + at));
   }
   return out;
 }
