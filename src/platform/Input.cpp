@@ -338,6 +338,8 @@ void InjectWheel(int delta, bool horizontal) {
   Enqueue(std::move(ev));
 }
 
+// Alt and Ctrl are read at injection: they decide between WM_KEYDOWN and WM_SYSKEYDOWN and the
+// context bit, whatever happens to the keys later in the queue.
 void InjectKey(int vk, bool down, int repeat) {
   UserState& st = St();
   vk &= 0xFF;
@@ -426,6 +428,8 @@ bool CookInput(InputEvent& ev) {
     return false;
   }
 
+  // With capture everything goes to the capturing window as client input; otherwise the hit
+  // test decides the window and whether the point is client or frame.
   HWND target;
   LRESULT hit;
   if (st.capture && Get(st.capture)) {
@@ -468,6 +472,8 @@ bool CookInput(InputEvent& ev) {
       st.lastClick = {clientMsg, target, ev.time, ev.pt, nonClient};
     }
 
+    // A press in an inactive top-level window asks the window whether to activate and whether
+    // to let the click through.
     if (!captured) {
       HWND top = GetAncestor(target, GA_ROOT);
       if (top != st.active) {
@@ -479,6 +485,8 @@ bool CookInput(InputEvent& ev) {
     }
   }
 
+  // Non-client messages mirror the client ones at a fixed distance, carry the hit code in
+  // wParam and screen coordinates in lParam.
   UINT m = nonClient ? clientMsg - (WM_MOUSEMOVE - WM_NCMOUSEMOVE) : clientMsg;
   WPARAM wp;
   LPARAM lp;
@@ -498,6 +506,8 @@ bool CookInput(InputEvent& ev) {
   return true;
 }
 
+// The queue's key state moves as messages are taken, so that GetKeyState answers for the
+// message being handled even when more input is already queued behind it.
 void CommitInput(const InputEvent& ev) {
   UserState& st = St();
   switch (ev.kind) {
@@ -735,6 +745,8 @@ HWND GetCapture() { return St().capture; }
 
 // ---- focus and activation ----------------------------------------------------------------------
 
+// Focus is set before the messages go out, so GetFocus inside WM_KILLFOCUS already names the
+// new window, and a handler that moves the focus again wins.
 HWND SetFocus(HWND hwnd) {
   UserState& st = St();
   const HWND old = st.focus;
@@ -773,6 +785,8 @@ HWND GetForegroundWindow() { return St().active; }
 
 // ---- tracking ----------------------------------------------------------------------------------
 
+// One tracked window per thread. "Over the window" is judged by where the last mouse message
+// went (the capturing window while there is capture), not by a fresh hit test.
 BOOL TrackMouseEvent(TRACKMOUSEEVENT* tme) {
   UserState& st = St();
   if (!tme || tme->cbSize != sizeof(TRACKMOUSEEVENT)) return FALSE;

@@ -118,6 +118,8 @@ bool PeekCore(MSG* out, HWND filter, UINT minMsg, UINT maxMsg, UINT flags) {
     i = pos + 1;
   }
 
+  // WM_QUIT, WM_PAINT and WM_TIMER are not queued: they are made when the queue is otherwise
+  // empty, in this order, so a busy queue starves them exactly as the classic one does.
   if (st.quitPosted && (filter == 0 || filter == static_cast<HWND>(-1))) {
     *out = MSG{0, WM_QUIT, static_cast<WPARAM>(st.quitCode), 0, GetTickCount(), st.cursor};
     if (remove) st.quitPosted = false;
@@ -234,6 +236,7 @@ BOOL TranslateMessage(const MSG* msg) {
   return TRUE;
 }
 
+// Dispatching is not sending: the send hooks do not see dispatched messages.
 LRESULT DispatchMessageW(const MSG* msg) {
   if (!msg) return 0;
   if (msg->message == WM_TIMER && msg->lParam) return DispatchTimerProc(*msg) ? 0 : 0;

@@ -37,6 +37,7 @@ UserState& St() {
 Wnd* Get(HWND hwnd) { return hwnd == kDesktop ? nullptr : St().windows.get(hwnd); }
 Wnd* GetLive(HWND hwnd) { return Get(hwnd); }
 
+// Top-level windows are the desktop's children; the list is kept apart from any window.
 std::vector<HWND>& SiblingList(HWND parent) {
   if (Wnd* p = Get(parent)) return p->children;
   return St().topLevels;
@@ -190,6 +191,8 @@ void FinalDestroyTree(HWND hwnd) {
   for (HWND c : late) FinalDestroyTree(c);
   w = Get(hwnd);
   if (!w) return;
+  // Past WM_NCDESTROY nothing may refer to the window: its timers, DCs, input state, region
+  // and place in the tree go, and then the handle itself.
   KillWindowTimers(hwnd);
   FreeWindowDCs(hwnd);
   ForgetWindowInput(hwnd);
@@ -374,6 +377,7 @@ HWND CreateWindowExW(DWORD exStyle, const char16_t* className, const char16_t* w
     parent = 0;
   }
   const bool topLevel = parent == 0;
+  // Overlapped windows always have a caption and clip their siblings, whatever was asked.
   if (topLevel && !(style & (WS_POPUP | WS_CHILD))) style |= WS_CLIPSIBLINGS | WS_CAPTION;
 
   // Defaults: overlapped windows cascade from the work area's corner.
@@ -400,6 +404,8 @@ HWND CreateWindowExW(DWORD exStyle, const char16_t* className, const char16_t* w
   height = std::max(height, 0);
   ++st.createdCount;
 
+  // Visibility and the minimised/maximised state are applied by ShowWindow at the end, so that
+  // the window hears of them in the usual order after WM_CREATE.
   const DWORD wantVisible = style & WS_VISIBLE;
   const DWORD wantState = style & (WS_MINIMIZE | WS_MAXIMIZE);
   auto w = std::make_unique<Wnd>();
@@ -447,6 +453,7 @@ HWND CreateWindowExW(DWORD exStyle, const char16_t* className, const char16_t* w
   cs.lpszClass = cls->name.c_str();
   cs.dwExStyle = exStyle;
 
+  // The CBT hook sees the handle before any message and may still refuse the window.
   if (HasHooks(WH_CBT)) {
     CBT_CREATEWND cbt{&cs, HWND_TOP};
     if (CallHooks(WH_CBT, HCBT_CREATEWND, hwnd, reinterpret_cast<LPARAM>(&cbt))) {
@@ -476,6 +483,7 @@ HWND CreateWindowExW(DWORD exStyle, const char16_t* className, const char16_t* w
     }
   }
 
+  // Every step below can run code that destroys the window; each one checks the handle again.
   if (!Get(hwnd)) return 0;
   if (!SendMessageW(hwnd, WM_NCCREATE, 0, reinterpret_cast<LPARAM>(&cs))) {
     AbortCreation(hwnd, Get(hwnd) != nullptr);
@@ -494,6 +502,7 @@ HWND CreateWindowExW(DWORD exStyle, const char16_t* className, const char16_t* w
     if (cw->client.bottom < cw->client.top) cw->client.bottom = cw->client.top;
   }
 
+  // -1 from WM_CREATE is a refusal: the window goes the full way, WM_DESTROY included.
   if (SendMessageW(hwnd, WM_CREATE, 0, reinterpret_cast<LPARAM>(&cs)) == -1) {
     if (Get(hwnd)) DestroyWindow(hwnd);
     return 0;
@@ -518,12 +527,15 @@ HWND CreateWindowExW(DWORD exStyle, const char16_t* className, const char16_t* w
 
 BOOL DestroyWindow(HWND hwnd) {
   Wnd* w = Get(hwnd);
+  // A second DestroyWindow from inside the first one's messages must not start over.
   if (!w || w->destroying) return FALSE;
   if (HasHooks(WH_CBT) && CallHooks(WH_CBT, HCBT_DESTROYWND, hwnd, 0)) return FALSE;
   w->destroying = true;
   const bool child = w->parent != 0;
   if (child) SendParentNotify(hwnd, WM_DESTROY);
 
+  // Hiding first gives the usual hide messages and moves focus and activation elsewhere while
+  // the window can still answer.
   if ((w = Get(hwnd)) && (w->style & WS_VISIBLE)) {
     if (child)
       ShowWindow(hwnd, SW_HIDE);
@@ -767,12 +779,15 @@ LONG_PTR GetLongImpl(HWND hwnd, int index, size_t bytes) {
   }
 }
 
+// `bytes` is the width of the access to the extra window bytes: 4 for the LONG forms, the
+// pointer width for the Ptr forms.
 LONG_PTR SetLongImpl(HWND hwnd, int index, LONG_PTR value, size_t bytes) {
   Wnd* w = Get(hwnd);
   if (!w) return 0;
   LONG_PTR old = GetLongImpl(hwnd, index, bytes);
   switch (index) {
     case GWL_WNDPROC:
+      // A stale or foreign procedure would leave the window deaf: refuse it and keep the old one.
       if (!St().procs.valid(static_cast<WNDPROC>(value))) return 0;
       w->proc = static_cast<WNDPROC>(value);
       return old;
@@ -780,6 +795,7 @@ LONG_PTR SetLongImpl(HWND hwnd, int index, LONG_PTR value, size_t bytes) {
     case GWL_EXSTYLE:
       return SetStyle(hwnd, index, static_cast<DWORD>(value));
     case GWL_HWNDPARENT:
+      // For a top-level window this is the owner, as in the classic system; a child moves.
       if (w->parent) {
         SetParent(hwnd, static_cast<HWND>(value));
       } else {

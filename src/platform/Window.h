@@ -209,8 +209,11 @@ BOOL EndPaint(HWND hwnd, const PAINTSTRUCT* ps);
 
 // ---- window DCs --------------------------------------------------------------------------------
 
-// A DC on the client area (GetDC), the whole window (GetWindowDC) or as flags say (GetDCEx).
-// 0 or the desktop give a DC on the screen surface. Release every one with ReleaseDC.
+// A DC on the client area (GetDC), the whole window (GetWindowDC) or as flags say (GetDCEx:
+// DCX_WINDOW, DCX_CLIPCHILDREN, DCX_CLIPSIBLINGS, DCX_INTERSECTRGN or DCX_EXCLUDERGN with a
+// region in the DC's coordinates, which the system takes over and deletes, as the classic call
+// does). 0 or the desktop give a DC on the screen surface. Release every one with ReleaseDC; a
+// CS_OWNDC window keeps one DC for its life and ReleaseDC leaves it alone.
 HDC GetDC(HWND hwnd);
 HDC GetWindowDC(HWND hwnd);
 HDC GetDCEx(HWND hwnd, HRGN clip, DWORD flags);

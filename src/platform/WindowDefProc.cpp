@@ -118,6 +118,8 @@ LRESULT DefWindowProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
       if (cs && cs->lpszName) w->text = cs->lpszName;
       return TRUE;
     }
+    // The frame's insets come off the proposed rectangle; a minimised top-level window has
+    // no client area at all.
     case WM_NCCALCSIZE: {
       RECT* rc = wParam ? &reinterpret_cast<NCCALCSIZE_PARAMS*>(lParam)->rgrc[0] : reinterpret_cast<RECT*>(lParam);
       if (!rc) return 0;
@@ -207,6 +209,8 @@ LRESULT DefWindowProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
     case WM_ACTIVATE:
       if (LOWORD(wParam) != WA_INACTIVE && !(w->style & WS_MINIMIZE)) SetFocus(hwnd);
       return 0;
+    // WM_MOVE and WM_SIZE come from here, so a procedure that keeps WM_WINDOWPOSCHANGED for
+    // itself gets neither, as in the classic system.
     case WM_WINDOWPOSCHANGED: {
       auto* wp = reinterpret_cast<const WINDOWPOS*>(lParam);
       if (!wp) return 0;
@@ -237,6 +241,8 @@ LRESULT DefWindowProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
         default: return 0;
       }
     }
+    // A press on the caption or a sizing border starts the move/size mode; here it is not a
+    // modal loop but a mode that the following input drives (see the input code).
     case WM_NCLBUTTONDOWN: {
       const LRESULT hit = static_cast<LRESULT>(wParam);
       if (hit == HTCAPTION) {
