@@ -82,6 +82,12 @@ String WithoutReferences(const String& line) {
   return out;
 }
 
+// A value that a form file holds no line for.
+bool IsSilent(const BagEntry& entry) {
+  const Variant& v = entry.value;
+  return !entry.companionBlob && (v.IsEmpty() || v.IsNull() || IsEmptyPicture(v));
+}
+
 bool IsPersistable(const Variant& value) {
   if (value.IsObject()) {
     ObjectRef obj = value.Obj();
@@ -254,9 +260,12 @@ Variant PropertyBag::ReadProperty(StringView key, const Variant& defaultValue) c
 }
 
 bool PropertyBag::SameContents(const PropertyBag& other) const {
-  if (Count() != other.Count()) return false;
+  auto written = [](const std::vector<BagItem>& items) {
+    return std::count_if(items.begin(), items.end(), [](const BagItem& i) { return !i.IsUnknown() && !IsSilent(i.entry); });
+  };
+  if (written(m_items) != written(other.m_items)) return false;
   for (const BagItem& item : m_items) {
-    if (item.IsUnknown()) continue;
+    if (item.IsUnknown() || IsSilent(item.entry)) continue;
     const BagEntry* match = other.Find(item.entry.key);
     if (!match || !EntriesEqual(item.entry, *match)) return false;
   }

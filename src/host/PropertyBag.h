@@ -94,7 +94,8 @@ class PropertyBag : public Object {
 
   // The same properties with equal values (BagValuesEqual; a companion entry equals the text or
   // bytes it holds), whatever their order, and the same unknown lines in the same order (their
-  // companion references compared by the entries they point at, not by offset).
+  // companion references compared by the entries they point at, not by offset). Entries that a
+  // form file has no line for (Empty, Null, Nothing, an empty picture) are passed over.
   [[nodiscard]] bool SameContents(const PropertyBag& other) const;
 
   // Late binding: ReadProperty, WriteProperty.

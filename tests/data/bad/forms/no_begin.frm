@@ -1,0 +1,2 @@
+VERSION 5.00
+Attribute VB_Name = "x"

@@ -1,0 +1,5 @@
+VERSION 5.00
+Begin VB.Form frmRuim 
+   Caption         =   "Ruim"
+   Tag             =   "a" b
+End
