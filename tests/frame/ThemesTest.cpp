@@ -11,9 +11,7 @@
 #include "frame/Themes.h"
 #include "platform/GdiTestSupport.h"
 
-#ifdef MX_HAVE_LIBPNG
-#include <png.h>
-#endif
+#include "support/Golden.h"
 
 namespace mx::frame {
 namespace {
@@ -48,55 +46,6 @@ TEST(ToolkitTheme, IsTheHostsSetting) {
   SetDefautlToolkitTheme(static_cast<ENUM_THEME>(before));
 }
 
-#ifdef MX_HAVE_LIBPNG
-
-bool WritePng(const std::string& path, int w, int h, const std::vector<uint32_t>& px) {
-  png_image img{};
-  img.version = PNG_IMAGE_VERSION;
-  img.width = static_cast<png_uint_32>(w);
-  img.height = static_cast<png_uint_32>(h);
-  img.format = PNG_FORMAT_BGRA;
-  return png_image_write_to_file(&img, path.c_str(), 0, px.data(), w * 4, nullptr) != 0;
-}
-
-bool ReadPng(const std::string& path, int& w, int& h, std::vector<uint32_t>& px) {
-  png_image img{};
-  img.version = PNG_IMAGE_VERSION;
-  if (!png_image_begin_read_from_file(&img, path.c_str())) return false;
-  img.format = PNG_FORMAT_BGRA;
-  w = static_cast<int>(img.width);
-  h = static_cast<int>(img.height);
-  px.assign(static_cast<size_t>(w) * h, 0);
-  return png_image_finish_read(&img, nullptr, px.data(), w * 4, nullptr) != 0;
-}
-
-// Gradients leave alpha at 0; the stored picture is opaque so that it can be looked at, and the
-// comparison is of the colour channels.
-void ExpectGolden(const std::string& name, const Canvas& c) {
-  std::vector<uint32_t> actual = c.pixels();
-  for (uint32_t& p : actual) p |= 0xFF000000;
-  const std::string path = std::string(MX_GOLDEN_DIR) + "/frame/" + name + ".png";
-  if (std::getenv("UPDATE_GOLDEN")) {
-    ASSERT_TRUE(WritePng(path, c.width(), c.height(), actual));
-    return;
-  }
-  int w = 0, h = 0;
-  std::vector<uint32_t> expected;
-  ASSERT_TRUE(ReadPng(path, w, h, expected)) << "missing golden " << path;
-  ASSERT_EQ(w, c.width());
-  ASSERT_EQ(h, c.height());
-  if (expected != actual) {
-    std::vector<uint32_t> diff(actual.size());
-    size_t bad = 0;
-    for (size_t i = 0; i < actual.size(); ++i) {
-      diff[i] = expected[i] == actual[i] ? 0xFFFFFFFF : 0xFFFF0000;
-      bad += expected[i] != actual[i];
-    }
-    WritePng(path.substr(0, path.size() - 4) + ".actual.png", w, h, actual);
-    WritePng(path.substr(0, path.size() - 4) + ".diff.png", w, h, diff);
-    ADD_FAILURE() << bad << " pixels differ from " << path;
-  }
-}
 
 constexpr int kCell = 20;
 constexpr int kSwatch = 14;
@@ -134,10 +83,9 @@ TEST(ThemesGolden, EveryThemesFaces) {
     Swatch(sheet, x, 96, 10, col(25), col(4), GradientDiagonalDown, -1);
     Swatch(sheet, x, 106, 10, col(4), col(25), GradientDiagonalUp, -1);
   }
-  ExpectGolden("themes", sheet);
+  test::ExpectGolden("frame", "themes", sheet.width(), sheet.height(), sheet.pixels());
 }
 
-#endif
 
 }  // namespace
 }  // namespace mx::frame
