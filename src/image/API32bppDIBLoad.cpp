@@ -3,6 +3,7 @@
 #include <fstream>
 
 #include "image/API32bppDIB.h"
+#include "image/APIGIFParser.h"
 #include "image/APIPNGParser.h"
 
 namespace mx::image {
@@ -25,9 +26,11 @@ bool readWholeFile(const host::String& fileName, std::vector<uint8_t>& out) {
 }
 
 // The readers that follow PNG in the chain: GIF, then ICO/CUR with the wanted icon size and
-// depth, then BMP. They are not part of this build yet, so each declines and the chain goes
-// on; a load of such data fails and leaves the surface empty.
-bool tryGIF(const std::vector<uint8_t>&, API32bppDIB&, int32_t, int32_t) { return false; }
+// depth, then BMP. ICO/CUR and BMP are not part of this build yet, so those decline and the
+// chain goes on; a load of such data fails and leaves the surface empty.
+bool tryGIF(const std::vector<uint8_t>& bytes, API32bppDIB& dib, int32_t start, int32_t length) {
+  return APIGIFParser().LoadStream(bytes, dib, start, length);
+}
 bool tryICO(const std::vector<uint8_t>&, API32bppDIB&, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t) {
   return false;
 }
