@@ -4,6 +4,7 @@
 
 #include "host/Err.h"
 #include "host/Strings.h"
+#include "platform/Desktop.h"
 
 namespace mx::host {
 
@@ -14,8 +15,19 @@ std::function<ScreenMetrics()>& MetricsSource() {
   return source;
 }
 
-// The platform's desktop, when one is there to ask; its defaults otherwise.
-ScreenMetrics DesktopMetrics() { return ScreenMetrics{}; }
+// The platform's virtual screen: its size follows SetScreenSize and its dpi SetScreenDpi.
+ScreenMetrics DesktopMetrics() {
+  ScreenMetrics m;
+  m.widthPixels = platform::GetSystemMetrics(platform::SM_CXSCREEN);
+  m.heightPixels = platform::GetSystemMetrics(platform::SM_CYSCREEN);
+  m.dpi = platform::GetScreenDpi();
+  // A desktop that reports nothing usable leaves the classic 1280 x 800 at 96 dpi.
+  ScreenMetrics fallback;
+  if (m.widthPixels <= 0) m.widthPixels = fallback.widthPixels;
+  if (m.heightPixels <= 0) m.heightPixels = fallback.heightPixels;
+  if (m.dpi <= 0) m.dpi = fallback.dpi;
+  return m;
+}
 
 double ConvertScale(double value, int32_t fromScale, int32_t toScale, ScaleAxis axis) {
   double twipsPerPixel = 1440.0 / CurrentScreenMetrics().dpi;

@@ -42,9 +42,10 @@ struct ScreenMetrics {
   int32_t dpi = 96;
 };
 
-// Where the screen's metrics come from. By default the platform's desktop; a source set here
-// replaces it (an empty one restores the default). A source that gives a size or dpi of 0 or
-// less is ignored for that value.
+// Where the screen's metrics come from. By default the platform's desktop (its virtual screen,
+// 1280 x 800 at 96 dpi unless set otherwise); a source set here replaces it (an empty one
+// restores the default). A source that gives a size or dpi of 0 or less is ignored for that
+// value.
 void SetScreenMetricsSource(std::function<ScreenMetrics()> source);
 [[nodiscard]] ScreenMetrics CurrentScreenMetrics();
 

@@ -10,6 +10,7 @@
 #include "host/Err.h"
 #include "host/Screen.h"
 #include "host/StdPicture.h"
+#include "platform/Desktop.h"
 
 using namespace mx::host;
 
@@ -227,6 +228,14 @@ TEST(Screen, SizeAndPixelFollowTheMetrics) {
   EXPECT_EQ(screen.Height(), 9000.0f);
   SetScreenMetricsSource({});
   EXPECT_EQ(screen.Height(), 12000.0f);
+  // By default the platform's desktop is asked.
+  mx::platform::SetScreenSize(1024, 768);
+  EXPECT_EQ(screen.Width(), 1024 * 15.0f);
+  mx::platform::SetScreenDpi(144);
+  EXPECT_EQ(screen.TwipsPerPixelY(), 10.0f);
+  EXPECT_EQ(screen.Height(), 768 * 10.0f);
+  mx::platform::SetScreenDpi(96);
+  mx::platform::SetScreenSize(1280, 800);
 }
 
 TEST(Screen, ScaleConvertsBetweenTheHostsUnits) {
