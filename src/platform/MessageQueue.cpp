@@ -239,7 +239,12 @@ BOOL TranslateMessage(const MSG* msg) {
 // Dispatching is not sending: the send hooks do not see dispatched messages.
 LRESULT DispatchMessageW(const MSG* msg) {
   if (!msg) return 0;
-  if (msg->message == WM_TIMER && msg->lParam) return DispatchTimerProc(*msg) ? 0 : 0;
+  // A WM_TIMER with a procedure runs the procedure instead of the window's; if the timer died
+  // in the meantime the message is simply dropped.
+  if (msg->message == WM_TIMER && msg->lParam) {
+    DispatchTimerProc(*msg);
+    return 0;
+  }
   Wnd* w = Get(msg->hwnd);
   if (!w) return 0;
   if (msg->message == WM_PAINT) {

@@ -17,6 +17,7 @@ UINT_PTR SetTimer(HWND hwnd, UINT_PTR id, UINT elapse, TIMERPROC proc) {
   const uint64_t due = GetTickCount64() + elapse;
   auto procPtr = proc ? std::make_shared<TIMERPROC>(std::move(proc)) : nullptr;
 
+  // (hwnd, id) names a timer; a thread timer with id 0 is always a new one.
   TimerEntry* existing = nullptr;
   if (hwnd || id) {
     for (auto& t : st.timers)
@@ -26,6 +27,7 @@ UINT_PTR SetTimer(HWND hwnd, UINT_PTR id, UINT elapse, TIMERPROC proc) {
     existing->elapse = elapse;
     existing->due = due;
     existing->proc = std::move(procPtr);
+    // A fresh serial: a WM_TIMER still queued for the old procedure must not run the new one.
     existing->serial = existing->proc ? st.nextTimerSerial++ : 0;
     return hwnd ? (id ? id : 1) : id;
   }

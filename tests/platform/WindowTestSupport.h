@@ -53,6 +53,8 @@ class WindowingTest : public ::testing::Test {
     RegisterWindowClass(u"Rec", [this](HWND h, UINT m, WPARAM w, LPARAM l) { return Proc(h, m, w, l); }, CS_DBLCLKS);
   }
   void TearDown() override {
+    // Handlers may refer to the test's locals, which are gone by now.
+    m_handlers.clear();
     ResetWindowing();
     // Every test leaves no window and no window DC behind.
     EXPECT_EQ(LiveHandleCount(HandleType::Window), m_windowsAtStart);
