@@ -65,7 +65,8 @@ ATOM RegisterWindowClass(std::u16string_view name, WindowProcFn fn, UINT style =
 // The classic sequence: WH_CBT HCBT_CREATEWND, WM_GETMINMAXINFO (overlapped or sizable top-level
 // windows), WM_NCCREATE, WM_NCCALCSIZE, WM_CREATE, WM_PARENTNOTIFY to the parent, WM_SIZE,
 // WM_MOVE, then showing when WS_VISIBLE is given. WM_NCCREATE returning FALSE or WM_CREATE
-// returning -1 destroys the window and gives 0. `menuOrId` is a child's identifier.
+// returning -1 destroys the window and gives 0. `menuOrId` is a child's identifier. A parent of
+// HWND_MESSAGE makes an ordinary hidden top-level window (there are no message-only windows).
 HWND CreateWindowExW(DWORD exStyle, const char16_t* className, const char16_t* windowName, DWORD style,
                      int x, int y, int width, int height, HWND parent, UINT_PTR menuOrId = 0,
                      HANDLE hInstance = 0, void* param = nullptr);
@@ -236,8 +237,9 @@ BOOL SubtractRect(RECT* dst, const RECT* a, const RECT* b);
 
 // ---- test support ------------------------------------------------------------------------------
 
-// Destroys every window of the thread and clears the queue, timers, hooks, capture, focus,
-// activation, key state and tracking, so that each test starts from an empty desktop.
+// Destroys every window of the thread, unregisters every class, and clears the queue, timers,
+// hooks, capture, focus, activation, key state, tracking, beeps, system colours and the screen
+// settings, so that each test starts from an empty default desktop.
 void ResetWindowing();
 
 }  // namespace mx::platform
