@@ -40,26 +40,6 @@ TEST(GifPalette, ExactPaletteIsSortedDistinctAndSkipsTransparency) {
   EXPECT_GT(kGifTransparentMarker, rgb(255, 255, 255));
 }
 
-TEST(GifPalette, ExactPaletteRefusesOneColourTooMany) {
-  std::vector<int32_t> pixels;
-  for (int i = 0; i < 256; ++i) pixels.push_back(rgb(i, i, 0));
-  std::vector<int32_t> palette;
-  EXPECT_TRUE(BuildExactPalette(pixels, 256, palette));
-  EXPECT_FALSE(BuildExactPalette(pixels, 255, palette));
-  pixels.push_back(rgb(0, 0, 1));
-  EXPECT_FALSE(BuildExactPalette(pixels, 256, palette));
-}
-
-TEST(GifPalette, WebSafePaletteIsTheCubeThenGreys) {
-  std::vector<int32_t> web = WebSafePalette();
-  ASSERT_EQ(web.size(), 247u);
-  EXPECT_EQ(std::set<int32_t>(web.begin(), web.end()).size(), 247u);
-  for (size_t i = 0; i < 216; ++i)
-    for (int shift : {0, 8, 16}) EXPECT_EQ(((web[i] >> shift) & 0xFF) % 51, 0);
-  EXPECT_EQ(web[216], rgb(8, 8, 8));
-  EXPECT_EQ(web[246], rgb(248, 248, 248));
-}
-
 TEST(GifPalette, OctreeKeepsColoursThatNeedNoReduction) {
   // 200 colours four apart on each channel land in separate deepest leaves: nothing merges, and
   // each leaf's average is the colour itself.
