@@ -1,16 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <fstream>
 
 #include "GdiTestSupport.h"
 #include "platform/Gdi.h"
 #include "platform/PngEncoder.h"
 #include "platform/SysColors.h"
 
-#if MX_HAVE_LIBPNG
-#include <png.h>
-#endif
+#include "support/Golden.h"
 
 namespace mx::platform {
 namespace {
@@ -334,33 +331,6 @@ TEST(GdiShapes, FrameRgnPaintsTheBorderInside) {
   DeleteObject(r);
 }
 
-#if MX_HAVE_LIBPNG
-// Compares RGB with a golden picture; UPDATE_GOLDEN=1 writes it (and a failure writes the
-// actual picture beside it).
-void expectGolden(const Canvas& c, const std::string& name) {
-  std::string path = std::string(MX_GOLDEN_DIR) + "/platform/" + name + ".png";
-  std::vector<uint32_t> top = c.pixels();
-  Surface s{c.width(), c.height(), reinterpret_cast<uint8_t*>(top.data()), c.width() * 4, false};
-  PngEncodeOptions o;
-  o.dropAlpha = true;
-  if (std::getenv("UPDATE_GOLDEN")) {
-    ASSERT_TRUE(WritePngFile(s, path, o));
-    return;
-  }
-  png_image img{};
-  img.version = PNG_IMAGE_VERSION;
-  ASSERT_TRUE(png_image_begin_read_from_file(&img, path.c_str())) << path;
-  img.format = PNG_FORMAT_BGRA;
-  std::vector<uint32_t> golden(PNG_IMAGE_SIZE(img) / 4);
-  ASSERT_TRUE(png_image_finish_read(&img, nullptr, golden.data(), 0, nullptr));
-  ASSERT_EQ(static_cast<int>(img.width), c.width());
-  ASSERT_EQ(static_cast<int>(img.height), c.height());
-  size_t diff = 0;
-  for (size_t i = 0; i < top.size(); ++i) diff += (golden[i] & 0xFFFFFF) != (top[i] & 0xFFFFFF);
-  if (diff) WritePngFile(s, std::string(MX_GOLDEN_DIR) + "/platform/" + name + ".actual.png", o);
-  EXPECT_EQ(diff, 0u) << "pixels differ from " << path;
-}
-
 TEST(GdiShapes, ShowcaseMatchesGolden) {
   Canvas c(64, 48, kPaper);
   HDC dc = c.dc();
@@ -385,9 +355,8 @@ TEST(GdiShapes, ShowcaseMatchesGolden) {
   }
   RECT focus{33, 13, 62, 36};
   DrawFocusRect(dc, &focus);
-  expectGolden(c, "gdi_shapes");
+  mx::test::ExpectGolden("platform", "gdi_shapes", c.width(), c.height(), c.pixels());
 }
-#endif
 
 }  // namespace
 }  // namespace mx::platform
