@@ -8,9 +8,7 @@
 #include "platform/PngEncoder.h"
 #include "WindowTestSupport.h"
 
-#ifdef MX_HAVE_LIBPNG
-#include <png.h>
-#endif
+#include "support/Golden.h"
 
 namespace mx::platform {
 namespace {
@@ -46,38 +44,13 @@ class DesktopTest : public WindowingTest {
   std::map<HWND, COLORREF> m_colors;
 };
 
-// Compares with tests/golden/platform/<name>.png; UPDATE_GOLDEN=1 rewrites the golden, and a
-// mismatch leaves the actual picture beside the build for a look.
-void ExpectGolden(const CapturedImage& img, const std::string& name) {
-  const std::string path = std::string(MX_GOLDEN_DIR) + "/platform/" + name + ".png";
-  if (std::getenv("UPDATE_GOLDEN")) {
-    PngEncodeOptions opt;
-    opt.dropAlpha = true;
-    ASSERT_TRUE(WritePngFile(img.surface(), path, opt));
-    return;
-  }
-#ifdef MX_HAVE_LIBPNG
-  png_image png{};
-  png.version = PNG_IMAGE_VERSION;
-  ASSERT_TRUE(png_image_begin_read_from_file(&png, path.c_str())) << path;
-  png.format = PNG_FORMAT_BGRA;
-  std::vector<uint32_t> golden(PNG_IMAGE_SIZE(png) / 4);
-  ASSERT_TRUE(png_image_finish_read(&png, nullptr, golden.data(), 0, nullptr));
-  ASSERT_EQ(static_cast<int>(png.width), img.width());
-  ASSERT_EQ(static_cast<int>(png.height), img.height());
-  int differ = 0;
+// The screen as top-down pixels for the golden comparison.
+std::vector<uint32_t> PixelsOf(const CapturedImage& img) {
+  std::vector<uint32_t> px;
+  px.reserve(static_cast<size_t>(img.width()) * img.height());
   for (int y = 0; y < img.height(); ++y)
-    for (int x = 0; x < img.width(); ++x)
-      if ((golden[static_cast<size_t>(y) * png.width + x] & 0xFFFFFF) != (img.pixel(x, y) & 0xFFFFFF)) ++differ;
-  if (differ) {
-    PngEncodeOptions opt;
-    opt.dropAlpha = true;
-    WritePngFile(img.surface(), name + ".actual.png", opt);
-  }
-  EXPECT_EQ(differ, 0) << "pixels differ from " << path;
-#else
-  GTEST_SKIP() << "libpng is not available to read the golden picture";
-#endif
+    for (int x = 0; x < img.width(); ++x) px.push_back(img.pixel(x, y));
+  return px;
 }
 
 TEST_F(DesktopTest, ComposesOpaqueShapedAndLayeredWindows) {
@@ -106,7 +79,7 @@ TEST_F(DesktopTest, ComposesOpaqueShapedAndLayeredWindows) {
   EXPECT_EQ(img.color(100, 70), RGB(0, 127, 128));
   EXPECT_EQ(img.color(145, 105), RGB(58 * 127 / 255, 110 * 127 / 255, 128 + 165 * 127 / 255));
   EXPECT_EQ(img.pixel(145, 105) >> 24, 0xFFu);
-  ExpectGolden(img, "desktop_compose");
+  test::ExpectGolden("platform", "desktop_compose", img.width(), img.height(), PixelsOf(img));
 
   // A colour key lets the desktop through where the window has that colour.
   SetLayeredWindowAttributes(blue, RGB(0, 0, 255), 0, LWA_COLORKEY);
