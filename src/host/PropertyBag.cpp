@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 #include "host/Err.h"
 #include "host/Frx.h"
@@ -269,17 +270,31 @@ bool PropertyBag::SameContents(const PropertyBag& other) const {
     const BagEntry* match = other.Find(item.entry.key);
     if (!match || !EntriesEqual(item.entry, *match)) return false;
   }
-  std::vector<String> mine, theirs;
-  std::vector<FrxEntry> myEntries, theirEntries;
-  auto collect = [](const std::vector<BagItem>& items, std::vector<String>& lines, std::vector<FrxEntry>& entries) {
-    for (const BagItem& item : items) {
-      for (const String& line : item.unknownLines) lines.push_back(WithoutReferences(line));
-      entries.insert(entries.end(), item.unknownEntries.begin(), item.unknownEntries.end());
-    }
+  // Unknown lines are compared by the property they follow: a writer that sorts the host's lines
+  // moves them with that property, so their order among themselves is not kept.
+  struct Kept {
+    String anchor;
+    std::vector<String> lines;
+    std::vector<FrxEntry> entries;
+    bool operator<(const Kept& o) const { return std::tie(anchor, lines) < std::tie(o.anchor, o.lines); }
+    bool operator==(const Kept& o) const { return anchor == o.anchor && lines == o.lines && entries == o.entries; }
   };
-  collect(m_items, mine, myEntries);
-  collect(other.m_items, theirs, theirEntries);
-  return mine == theirs && myEntries == theirEntries;
+  auto collect = [](const std::vector<BagItem>& items) {
+    std::vector<Kept> kept;
+    String anchor;
+    for (const BagItem& item : items) {
+      if (!item.IsUnknown()) {
+        if (!IsSilent(item.entry)) anchor = FoldCase(item.entry.key);
+        continue;
+      }
+      Kept k{anchor, {}, item.unknownEntries};
+      for (const String& line : item.unknownLines) k.lines.push_back(WithoutReferences(line));
+      kept.push_back(std::move(k));
+    }
+    std::stable_sort(kept.begin(), kept.end());
+    return kept;
+  };
+  return collect(m_items) == collect(other.m_items);
 }
 
 Variant PropertyBag::Invoke(StringView name, CallKind kind, std::span<Variant> args) {

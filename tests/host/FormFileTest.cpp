@@ -330,6 +330,32 @@ End
   EXPECT_NE(text.find("   Words without an equals sign\r\n"), std::string::npos);
 }
 
+TEST(FormFileModel, UnknownLinesMoveWithTheHostLineBeforeThem) {
+  // The host's lines come out sorted; an unknown line keeps to the property it followed.
+  FormFile form = MustParse(Ascii(Crlf(R"(Begin VB.Label lbl 
+   Width           =   100
+   odd line one
+   Caption         =   "c"
+   odd line two
+End
+)")));
+  FormFileBytes once = WriteFormText(form, u"x.frx");
+  EXPECT_EQ(AsText(once.text), Crlf(R"(Begin VB.Label lbl 
+   Caption         =   "c"
+   odd line two
+   Width           =   100
+   odd line one
+End
+)"));
+  FormFile back = MustParse(once.text);
+  EXPECT_TRUE(back.SameContents(form));
+  EXPECT_EQ(WriteFormText(back, u"x.frx").text, once.text);
+  // Moving a kept line to another property is a different form.
+  FormFile moved = MustParse(Ascii(Crlf("Begin VB.Label lbl \n   Caption = \"c\"\n   odd line one\n"
+                                        "   Width = 100\n   odd line two\nEnd\n")));
+  EXPECT_FALSE(moved.SameContents(form));
+}
+
 TEST(FormFileModel, EnumerationCommentsComeFromTheWritersHook) {
   FormFile form;
   form.root = FormBlock(u"Morvantix", u"USButton", u"cmd");
