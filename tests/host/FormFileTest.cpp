@@ -408,6 +408,18 @@ TEST(FormFileCompanion, EntriesAreWrittenInOrderWithTheirOffsets) {
   EXPECT_EQ(back.root.bag.ReadProperty(u"Empty", ByteArray{1}).Bytes()->size(), 0u);
 }
 
+TEST(FormFileCompanion, ABlobWhoseLengthSpellsThePictureTagIsStillABlob) {
+  // 0x746C is "lt" 0 0 read as a length; what follows cannot be a picture's length, so the
+  // entry is read as the byte array it is.
+  FrxWriter writer;
+  ByteArray data(0x746C, 0xFF);
+  ASSERT_EQ(writer.AddBlob(data), 0u);
+  FrxEntry entry;
+  ASSERT_TRUE(FrxReader(writer.Bytes()).ReadEntry(0, entry));
+  EXPECT_EQ(entry.kind, FrxEntryKind::Blob);
+  EXPECT_EQ(entry.bytes, data);
+}
+
 TEST(FormFileCompanion, Windows1252RoundTrip) {
   const String text = u"A\u00E7\u00E3o \u00E7 \u20AC";
   const ByteArray bytes = {'A', 0xE7, 0xE3, 'o', ' ', 0xE7, ' ', 0x80};

@@ -211,12 +211,3 @@ TEST(PropertyBag, RewritingTheSameValueKeepsTheFormItWasReadIn) {
   EXPECT_EQ(bag.Find(u"Mask")->style, ValueStyle::Canonical);
   EXPECT_TRUE(bag.Find(u"Mask")->comment.empty());
 }
-
-TEST(PropertyBag, LateBoundReadAndWrite) {
-  auto bag = std::make_shared<PropertyBag>();
-  Variant target(bag);
-  (void)CallByName(target, u"WriteProperty", CallKind::Method, {Variant(u"Caption"), Variant(u"x"), Variant(u"")});
-  (void)CallByName(target, u"writeproperty", CallKind::Method, {Variant(u"Empty"), Variant(u""), Variant(u"")});
-  EXPECT_EQ(CallByName(target, u"ReadProperty", CallKind::Method, {Variant(u"Caption"), Variant(u"d")}).ToString(), u"x");
-  EXPECT_EQ(CallByName(target, u"ReadProperty", CallKind::Method, {Variant(u"Empty"), Variant(u"d")}).ToString(), u"d");
-}

@@ -73,20 +73,6 @@ TEST(StdFont, ChangesAreAnnouncedOncePerRealChange) {
   EXPECT_EQ(seen, (std::vector<String>{u"Size", u"Weight", u"Bold", u"Weight", u"Strikethrough"}));
 }
 
-TEST(StdFont, ClonesAreIndependentAndCompareByDescription) {
-  StdFont font(u"Tahoma", 9, true, true);
-  font.Charset(2);
-  auto copy = font.Clone();
-  EXPECT_TRUE(copy->SameAs(font));
-  EXPECT_NE(copy->ObjectId(), font.ObjectId());
-  copy->Underline(true);
-  EXPECT_FALSE(font.Underline());
-  EXPECT_FALSE(copy->SameAs(font));
-  StdFont upper(u"TAHOMA", 9, true, true);
-  upper.Charset(2);
-  EXPECT_TRUE(upper.SameAs(font));
-}
-
 TEST(StdFont, LogFontHeightIsMinusMulDivOfTheSize) {
   struct Case {
     double points;

@@ -201,15 +201,6 @@ TEST(StdPicture, HandleComesFromTheRegisteredDecoderOnce) {
   SetPictureDecoder({});
 }
 
-TEST(StdPicture, LateBoundMembersAreReadOnly) {
-  Variant target(StdPicture::FromBytes(Icon(1, 16, 16)));
-  EXPECT_EQ(CallByName(target, u"Type", CallKind::Get).ToLong(), vbPicTypeIcon);
-  EXPECT_EQ(CallByName(target, u"width", CallKind::Get).ToLong(), 423);
-  EXPECT_EQ(CallByName(target, u"Handle", CallKind::Get).ToLong(), 0);
-  EXPECT_EQ(ErrorNumberOf([&] { (void)CallByName(target, u"Width", CallKind::Let, {Variant(1)}); }),
-            kErrInvalidPropertyValue);
-}
-
 // ---- the Screen ------------------------------------------------------------------------------------
 
 TEST(Screen, SizeAndPixelFollowTheMetrics) {
@@ -266,16 +257,4 @@ TEST(Screen, ScaleConvertsBetweenTheHostsUnits) {
     EXPECT_EQ(ErrorNumberOf([&] { (void)s.ScaleX(1, bad, vbTwips); }), kErrInvalidProcedureCall);
     EXPECT_EQ(ErrorNumberOf([&] { (void)s.ScaleY(1, vbTwips, bad); }), kErrInvalidProcedureCall);
   }
-}
-
-TEST(Screen, LateBoundScaleTakesTheHostsDefaults) {
-  auto screen = std::make_shared<Screen>();
-  Variant target(screen);
-  EXPECT_EQ(CallByName(target, u"TwipsPerPixelY", CallKind::Get).ToLong(), 15);
-  EXPECT_FLOAT_EQ(CallByName(target, u"ScaleX", CallKind::Method, {Variant(2540)}).ToSingle(), 1440.0f);
-  EXPECT_FLOAT_EQ(CallByName(target, u"ScaleY", CallKind::Method,
-                             {Variant(1), Variant(int16_t{vbCharacters}), Variant(int16_t{vbPixels})})
-                      .ToSingle(),
-                  16.0f);
-  EXPECT_EQ(ErrorNumberOf([&] { (void)CallByName(target, u"ScaleX", CallKind::Method); }), kErrWrongArgumentCount);
 }
