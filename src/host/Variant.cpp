@@ -167,6 +167,7 @@ size_t CountOf(const std::vector<VariantArray::Bound>& bounds) {
 
 VariantArray::VariantArray() = default;
 VariantArray::~VariantArray() = default;
+size_t VariantArray::Size() const { return m_items.size(); }
 VariantArray::VariantArray(const VariantArray&) = default;
 VariantArray::VariantArray(VariantArray&&) noexcept = default;
 VariantArray& VariantArray::operator=(const VariantArray&) = default;

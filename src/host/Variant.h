@@ -104,7 +104,7 @@ class VariantArray {
   // Raise 9 for a dimension that does not exist (and for an array never sized).
   [[nodiscard]] int32_t LBound(int32_t dimension = 1) const;
   [[nodiscard]] int32_t UBound(int32_t dimension = 1) const;
-  [[nodiscard]] size_t Size() const { return m_items.size(); }
+  [[nodiscard]] size_t Size() const;
 
   // Element access by the host's indices; raises 9 out of range or for a wrong index count.
   [[nodiscard]] Variant& operator()(std::initializer_list<int32_t> indices);
