@@ -137,20 +137,23 @@ NumberParse ParseNumber(StringView text, double& value) {
   size_t i = 0;
   bool negative = false, haveSign = false, haveSymbol = false;
   auto skipBlanks = [&] { while (i < s.size() && IsBlank(s[i])) ++i; };
-  // Before the digits: a sign and the currency symbol, in either order, blanks between.
-  for (;;) {
-    skipBlanks();
-    if (i >= s.size()) break;
+  // Takes a sign or the currency symbol at i, each at most once in the whole text.
+  auto takeAffix = [&] {
     if (!haveSign && (s[i] == u'+' || s[i] == u'-')) {
       haveSign = true;
       negative = s[i] == u'-';
       ++i;
-    } else if (!haveSymbol && StartsWith(s, i, locale.currencySymbol)) {
+      return true;
+    }
+    if (!haveSymbol && StartsWith(s, i, locale.currencySymbol)) {
       haveSymbol = true;
       i += locale.currencySymbol.size();
-    } else {
-      break;
+      return true;
     }
+    return false;
+  };
+  // Before the digits: a sign and the currency symbol, in either order, blanks between.
+  for (skipBlanks(); i < s.size() && takeAffix(); skipBlanks()) {
   }
 
   std::string number;
@@ -175,21 +178,9 @@ NumberParse ParseNumber(StringView text, double& value) {
     while (i < s.size() && IsDigit(s[i])) number.push_back(static_cast<char>(s[i++]));
     if (i == start) return NumberParse::NotANumber;
   }
-  // After the digits: the sign and the symbol that did not come before.
-  for (;;) {
-    skipBlanks();
-    if (i >= s.size()) break;
-    if (!haveSign && (s[i] == u'+' || s[i] == u'-')) {
-      haveSign = true;
-      negative = s[i] == u'-';
-      ++i;
-    } else if (!haveSymbol && StartsWith(s, i, locale.currencySymbol)) {
-      haveSymbol = true;
-      i += locale.currencySymbol.size();
-    } else {
-      return NumberParse::NotANumber;
-    }
-  }
+  // After the digits: the sign and the symbol that did not come before, and nothing else.
+  for (skipBlanks(); i < s.size(); skipBlanks())
+    if (!takeAffix()) return NumberParse::NotANumber;
   // "(-1)" is no number: the parentheses are the sign.
   if (parens && haveSign) return NumberParse::NotANumber;
 
