@@ -73,4 +73,4 @@ BENCHMARK(BM_libpng)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+

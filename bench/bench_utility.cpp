@@ -41,4 +41,4 @@ BENCHMARK(BM_ReturnNumbersOnly);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+
