@@ -179,4 +179,15 @@ class Event {
   std::shared_ptr<Sink> m_sink;
 };
 
+// The generic sink of a form: an event's name and its arguments.
+using EventSink = std::function<void(StringView name, std::span<Variant> args)>;
+
+// Gives events their names and one sink: BindEventSinks(sink, u"Click", Click, u"DblClick", DblClick).
+inline void BindEventSinks(const EventSink&) {}
+template <typename... A, typename... Rest>
+void BindEventSinks(const EventSink& sink, const char16_t* name, Event<A...>& event, Rest&&... rest) {
+  event.set_sink(String(name), sink);
+  BindEventSinks(sink, std::forward<Rest>(rest)...);
+}
+
 }  // namespace mx::host
