@@ -1,6 +1,7 @@
 // Lifecycle, device context and properties of the image surface.
 #include "image/API32bppDIB.h"
 
+#include "image/APIGDIPlus.h"
 #include "image/ZlibBinding.h"
 #include "platform/Gdi.h"
 
@@ -10,9 +11,9 @@ using namespace mx::platform;
 
 namespace {
 
-// The system-codec binding is the first choice for loading and scaling where it exists. It is
-// not part of this build, so it answers "unusable" and the library's own engines run.
-bool systemCodecUsable() { return false; }
+// The system-codec binding is the first choice for loading and scaling where it exists. It
+// answers "unusable" unless the process switched it on, so the library's own engines run.
+bool systemCodecUsable() { return APIGDIPlus::isGDIplusOk(); }
 
 // This platform stands in for the NT family at major version 5 or later: AlphaBlend, halftone
 // stretching and the NT-only paths are all available.
@@ -161,9 +162,9 @@ void API32bppDIB::SwapDIBs(API32bppDIB& other) {
   if (otherWasSelected) other.LoadDIBinDC(true);
 }
 
-int32_t API32bppDIB::CreateGDIplusToken() { return 0; }
+int32_t API32bppDIB::CreateGDIplusToken() { return APIGDIPlus::StartSession(); }
 
-bool API32bppDIB::DestroyGDIplusToken(int32_t token) { return token != 0 && systemCodecUsable(); }
+bool API32bppDIB::DestroyGDIplusToken(int32_t token) { return APIGDIPlus::EndSession(token); }
 
 bool API32bppDIB::GetOrginalFormat(std::vector<uint8_t>& outBytes) const {
   outBytes = m_original;

@@ -15,6 +15,7 @@
 // surface empty.
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -23,7 +24,15 @@
 #include "host/Variant.h"
 #include "platform/Types.h"
 
+namespace mx::host {
+class DataObject;
+class StdFont;
+class StdPicture;
+}  // namespace mx::host
+
 namespace mx::image {
+
+class APIPNGWriter;
 
 enum ENUM_IMAGE_FORMAT : int32_t {
   imgError = -1,
@@ -106,7 +115,7 @@ class API32bppDIB {
   // unless ManageOwnDC; returns 0.
   platform::HDC LoadDIBinDC(bool bSelect);
   void SwapDIBs(API32bppDIB& other);
-  // The system-codec session. The binding is not part of this build, so no token is issued.
+  // The system-codec session: a token only while the binding is available (APIGDIPlus).
   [[nodiscard]] int32_t CreateGDIplusToken();
   bool DestroyGDIplusToken(int32_t token);
   bool GetOrginalFormat(std::vector<uint8_t>& outBytes) const;
@@ -140,10 +149,65 @@ class API32bppDIB {
   // on entry skips the scan and treats the pixels as having no alpha.
   static ENUM_ALPHA_TYPE ValidateAlphaChannel(std::span<uint8_t> pixels, bool Premultiply, int32_t& imageType);
 
+  // ---- more loading, saving, text, clipboard and drops (API32bppDIBLoad.cpp,
+  //      API32bppDIBSave.cpp, API32bppDIBText.cpp, API32bppDIBClipboard.cpp) ----
+  // By the picture's Type: icons and bitmaps through their platform handle. Metafiles are not
+  // drawn by this platform and fail. An empty picture leaves the surface empty.
+  bool LoadPicture_StdPicture(const std::shared_ptr<host::StdPicture>& Picture);
+  // A bitmap or icon handle; it stays the caller's.
+  bool LoadPicture_ByHandle(uint32_t Handle);
+  // A bitmap on the clipboard: CF_BITMAP (a handle) or a packed DIB (CF_DIB, CF_DIBV5).
+  bool LoadPicture_ClipBoard();
+  bool LoadPicture_DropedFiles(host::DataObject& DragDrop_DataObject, int32_t FileIndex, int32_t iconCx = 0,
+                               int32_t iconCy = 0, bool SaveFormat = false, int32_t iconBitDepth = 32);
+  // FileIndex 0 only counts; FileCount receives the number of files on the clipboard.
+  bool LoadPicture_PastedFiles(int32_t FileIndex, int32_t iconCx, int32_t iconCy, bool SaveFormat,
+                               int32_t iconBitDepth, int32_t& FileCount);
+  // Refills the data object's Files with the wide names of its drop list; false without one.
+  bool GetDroppedFileNames(host::DataObject& DragDrop_DataObject) const;
+  // The files on the clipboard (CF_HDROP): the count, and their names from index 1 (index 0 is
+  // an unused empty entry, as in a 1-based array).
+  int32_t GetPastedFileNames(std::vector<host::String>& outNames) const;
+
+  bool SaveToFile_Bitmap(const host::String& FileName, bool KeepPreMultipliedPixels = false,
+                         int32_t TransparentFillColor = -1) const;
+  bool SaveToStream_Bitmap(std::vector<uint8_t>& outBytes, bool KeepPreMultipliedPixels = false,
+                           int32_t TransparentFillColor = -1) const;
+  bool SaveToFile_GIF(const host::String& FileName, bool UseAdaptivePalette = true,
+                      int32_t OpaquenessTolerance = 128) const;
+  bool SaveToStream_GIF(std::vector<uint8_t>& outBytes, bool UseAdaptivePalette = true,
+                        int32_t OpaquenessTolerance = 128) const;
+  bool SaveToFile_PNG(const host::String& FileName) const;
+  bool SaveToStream_PNG(std::vector<uint8_t>& outBytes) const;
+  bool SaveToFile_JPG(const host::String& FileName, int32_t Quality = 90, int32_t TransparentFillColor = -1) const;
+  // Through the system codec only, so it fails while that is unavailable.
+  bool SaveToStream_JPG(std::vector<uint8_t>& outBytes, int32_t Quality = 90) const;
+  // xType -1 drops every property; a Missing Value removes one.
+  bool PngPropertySet(int32_t xType, const host::Variant& Value = host::Variant::Missing(),
+                      const host::String& Keyword = {});
+  [[nodiscard]] host::Variant PngPropertyGet(int32_t xType, const host::String& Keyword = {}) const;
+  // The writer that holds the properties, or null until the first one is set.
+  [[nodiscard]] const APIPNGWriter* pngProps() const { return m_pngProps.get(); }
+
+  // Text drawn onto the surface, or when it is empty the surface becomes the text. ForeColor
+  // and BackColor are OLE_COLORs; BackColor negative draws the text alone with its coverage as
+  // alpha.
+  bool DrawText_stdFont(const host::StdFont& Font, const host::String& Text, int32_t TextAlign = 0, int32_t X = 0,
+                        int32_t Y = 0, int32_t Width = 0, int32_t Height = 0, int32_t ForeColor = 0,
+                        int32_t BackColor = -1, int32_t Opacity = 100, int32_t GrayScale = -1, float Angle = 0.0f,
+                        bool CenterOnDestXY = false);
+  bool DrawText_hFont(platform::HFONT hFont, const host::String& Text, int32_t TextAlign = 0, int32_t X = 0,
+                      int32_t Y = 0, int32_t Width = 0, int32_t Height = 0, int32_t ForeColor = 0,
+                      int32_t BackColor = -1, int32_t Opacity = 100, int32_t GrayScale = -1, float Angle = 0.0f,
+                      bool CenterOnDestXY = false);
+
   // Copies the original bytes kept by a load. Readers fill them through here.
   void SetOriginalBytes(std::vector<uint8_t> bytes) { m_original = std::move(bytes); }
 
  private:
+  bool drawTextCore(platform::HFONT font, const host::String& Text, int32_t TextAlign, int32_t X, int32_t Y,
+                    int32_t Width, int32_t Height, int32_t ForeColor, int32_t BackColor, int32_t Opacity,
+                    int32_t GrayScale, float Angle, bool CenterOnDestXY);
   bool loadCore(const host::String* fileName, const std::vector<uint8_t>& bytes, int32_t iconCx, int32_t iconCy,
                 int32_t streamStart, int32_t streamLength, bool SaveFormat, int32_t iconBitDepth);
 
@@ -162,6 +226,7 @@ class API32bppDIB {
   int32_t m_gdiToken = 0;
   std::vector<uint8_t> m_original;
   bool m_keepGDIplus = false;
+  std::shared_ptr<APIPNGWriter> m_pngProps;  // text and chunk properties for PNG saves
 };
 
 }  // namespace mx::image

@@ -3,8 +3,14 @@
 #include <fstream>
 
 #include "image/API32bppDIB.h"
+#include "host/DataObject.h"
+#include "host/StdPicture.h"
+#include "image/APIBMPParser.h"
+#include "image/APIGDIPlus.h"
 #include "image/APIGIFParser.h"
+#include "image/APIICOParser.h"
 #include "image/APIPNGParser.h"
+#include "platform/Gdi.h"
 
 namespace mx::image {
 
@@ -26,15 +32,17 @@ bool readWholeFile(const host::String& fileName, std::vector<uint8_t>& out) {
 }
 
 // The readers that follow PNG in the chain: GIF, then ICO/CUR with the wanted icon size and
-// depth, then BMP. ICO/CUR and BMP are not part of this build yet, so those decline and the
-// chain goes on; a load of such data fails and leaves the surface empty.
+// depth, then BMP. Each tests its own magic bytes first, so a refusal is cheap.
 bool tryGIF(const std::vector<uint8_t>& bytes, API32bppDIB& dib, int32_t start, int32_t length) {
   return APIGIFParser().LoadStream(bytes, dib, start, length);
 }
-bool tryICO(const std::vector<uint8_t>&, API32bppDIB&, int32_t, int32_t, int32_t, int32_t, int32_t, int32_t) {
-  return false;
+bool tryICO(const std::vector<uint8_t>& bytes, API32bppDIB& dib, int32_t iconCx, int32_t iconCy,
+            int32_t iconBitDepth, int32_t gdiToken, int32_t start, int32_t length) {
+  return APIICOParser().LoadStream(bytes, dib, iconCx, iconCy, iconBitDepth, gdiToken, start, length);
 }
-bool tryBMP(const std::vector<uint8_t>&, API32bppDIB&, int32_t, int32_t) { return false; }
+bool tryBMP(const std::vector<uint8_t>& bytes, API32bppDIB& dib, int32_t start, int32_t length) {
+  return APIBMPParser().LoadStream(bytes, dib, start, length);
+}
 
 }  // namespace
 
@@ -63,8 +71,21 @@ bool API32bppDIB::loadCore(const host::String* fileName, const std::vector<uint8
   if (!loaded)
     loaded = tryICO(bytes, *this, iconCx, iconCy, iconBitDepth, m_gdiToken, streamStart, streamLength);
   if (!loaded) loaded = tryBMP(bytes, *this, streamStart, streamLength);
-  // The system codec (JPEG, TIFF, ...) would come last; this build has none (isGDIplusEnabled
-  // stays False), so nothing further is tried.
+  // The system codec comes last: JPEG and anything else the own readers leave. What it keeps
+  // is the PNG encoding of what it loaded, not the source, and it always reports Image PNG.
+  if ((!loaded || !m_handle) && isGDIplusEnabled()) {
+    DestroyDIB();
+    APIGDIPlus codec;
+    if (codec.LoadPicture(bytes, *this, streamStart, streamLength)) {
+      SetImageType(imgPNG);
+      if (SaveFormat) {
+        std::vector<uint8_t> png;
+        if (codec.SaveToPNG(*this, host::String(), png)) m_original = std::move(png);
+      }
+      return true;
+    }
+    loaded = false;
+  }
   if (!loaded || !m_handle) {
     DestroyDIB();
     return false;
@@ -105,6 +126,61 @@ bool API32bppDIB::LoadPicture_FromOrignalFormat(int32_t iconCx, int32_t iconCy, 
     return false;
   }
   return LoadPicture_Stream(copy, iconCx, iconCy, 0, 0, true, iconBitDepth);
+}
+
+bool API32bppDIB::LoadPicture_StdPicture(const std::shared_ptr<host::StdPicture>& Picture) {
+  DestroyDIB();
+  if (!Picture || Picture->IsEmpty()) return false;
+  try {
+    switch (Picture->Type()) {
+      case host::vbPicTypeIcon:
+        APIICOParser().ConvertstdPicTo32bpp(Picture->Handle(), *this);
+        break;
+      case host::vbPicTypeBitmap:
+        APIBMPParser().ConvertstdPicTo32bpp(Picture->Handle(), *this);
+        break;
+      default:
+        // Metafiles would be played onto the surface; this platform has no metafile player.
+        break;
+    }
+  } catch (...) {
+    DestroyDIB();
+  }
+  return m_handle != 0;
+}
+
+bool API32bppDIB::LoadPicture_ByHandle(uint32_t Handle) {
+  using namespace platform;
+  DestroyDIB();
+  if (!Handle) return false;
+  if (GetObjectType(Handle) == OBJ_BITMAP) return APIBMPParser().ConvertstdPicTo32bpp(Handle, *this);
+  // Anything else may be an icon or cursor. The bitmaps GetIconInfo made are the caller's of
+  // that call, so they are deleted here; the converter asks for its own.
+  ICONINFO info{};
+  if (!GetIconInfo(Handle, &info)) return false;
+  if (info.hbmMask) DeleteObject(info.hbmMask);
+  if (info.hbmColor) DeleteObject(info.hbmColor);
+  return APIICOParser().ConvertstdPicTo32bpp(Handle, *this);
+}
+
+bool API32bppDIB::LoadPicture_DropedFiles(host::DataObject& DragDrop_DataObject, int32_t FileIndex, int32_t iconCx,
+                                          int32_t iconCy, bool SaveFormat, int32_t iconBitDepth) {
+  DestroyDIB();
+  GetDroppedFileNames(DragDrop_DataObject);
+  const auto& files = DragDrop_DataObject.Files();
+  if (FileIndex < 1 || FileIndex > files.Count()) return false;
+  return LoadPicture_File(files.Item(FileIndex), iconCx, iconCy, SaveFormat, iconBitDepth);
+}
+
+bool API32bppDIB::LoadPicture_PastedFiles(int32_t FileIndex, int32_t iconCx, int32_t iconCy, bool SaveFormat,
+                                          int32_t iconBitDepth, int32_t& FileCount) {
+  DestroyDIB();
+  std::vector<host::String> names;
+  FileCount = GetPastedFileNames(names);
+  // Index 0 asks only for the count.
+  if (FileIndex == 0) return true;
+  if (FileIndex < 0 || FileIndex > FileCount) return false;
+  return LoadPicture_File(names[static_cast<size_t>(FileIndex)], iconCx, iconCy, SaveFormat, iconBitDepth);
 }
 
 }  // namespace mx::image
