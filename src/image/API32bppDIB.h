@@ -22,6 +22,7 @@
 
 #include "host/String.h"
 #include "host/Variant.h"
+#include "image/TransformEnums.h"
 #include "platform/Types.h"
 
 namespace mx::host {
@@ -148,6 +149,41 @@ class API32bppDIB {
   // Classifies (and with Premultiply converts) a 32-bit pixel array; imageType is in-out, and -1
   // on entry skips the scan and treats the pixels as having no alpha.
   static ENUM_ALPHA_TYPE ValidateAlphaChannel(std::span<uint8_t> pixels, bool Premultiply, int32_t& imageType);
+
+  // ---- rendering and transforms (API32bppDIBRender.cpp, API32bppDIBTransform.cpp) ----
+  // Draws onto a DC, or into destHostDIB's memory when given. Sizes 0 mean the image's; a
+  // negative srcwidth or srcheight mirrors; Opacity wraps modulo 100 (0 is full); an Angle
+  // that is not a whole turn rotates about the destination's centre. Blend has no effect.
+  bool Render(platform::HDC destinationDC, int32_t DestX = 0, int32_t DestY = 0, int32_t DestWidth = 0,
+              int32_t DestHeight = 0, int32_t srcX = 0, int32_t srcY = 0, int32_t srcwidth = 0,
+              int32_t srcheight = 0, int32_t Opacity = 100, bool Blend = true, bool SetHalfTone = true,
+              API32bppDIB* destHostDIB = nullptr, int32_t grayScale = -1, int32_t LightAdjustment = 0,
+              float Angle = 0.0f, bool CenterOnDestXY = false);
+  void ScaleImage(int32_t DestWidth, int32_t DestHeight, int32_t& ScaledWidth, int32_t& ScaledHeight,
+                  int32_t ScaleOption = scaleToSize) const;
+  bool Resize(int32_t Width, int32_t Height);
+  // destDIB is made when null, and recreated only when its size differs.
+  void CopyImageTo(std::shared_ptr<API32bppDIB>& destDIB, int32_t Width = 0, int32_t Height = 0,
+                   bool CopyOriginalFormat = false);
+  bool TrimImage(bool UpdateDIB, int32_t Method, int32_t& X, int32_t& Y, int32_t& Width, int32_t& Height);
+  bool TileImage(platform::HDC destinationDC, int32_t DestX, int32_t DestY, int32_t DestWidth, int32_t DestHeight,
+                 int32_t TileWidth = 0, int32_t TileHeight = 0, int32_t xSpacing = 0, int32_t ySpacing = 0,
+                 bool Stagger = false, bool MirrorX = false, bool MirrorY = false, int32_t Opacity = 100,
+                 int32_t grayScale = -1, int32_t LightAdjustment = 0);
+  bool GetAlphaMask(std::vector<uint8_t>& outMask, bool as2D = false, bool asScanAligned = false,
+                    bool asBottomUp = false, int32_t X = 0, int32_t Y = 0, int32_t Width = 0,
+                    int32_t Height = 0) const;
+  // A region owned by the caller, or 0.
+  [[nodiscard]] platform::HRGN CreateRegion(int32_t RegionStyle, int32_t xOffset = 0, int32_t yOffset = 0) const;
+  bool MakeGrayScale(int32_t Formula);
+  bool MakeImageInverse();
+  bool MakeTransparent(int32_t Color, bool AddBackground);
+  bool MirrorImage(bool MirrorX, bool MirrorY);
+  bool MakeLighterDarker(int32_t LightAdjustment);
+  bool BlendToColor(int32_t Color, int32_t BlendPct);
+  [[nodiscard]] std::shared_ptr<API32bppDIB> CreateDropShadow(int32_t Depth, int32_t Color) const;
+  bool RenderDropShadow_JIT(platform::HDC destinationDC, int32_t DestX, int32_t DestY, int32_t Depth, int32_t Color,
+                            int32_t Opacity = 100, int32_t LightAdjustment = 0, API32bppDIB* destHostDIB = nullptr);
 
   // ---- more loading, saving, text, clipboard and drops (API32bppDIBLoad.cpp,
   //      API32bppDIBSave.cpp, API32bppDIBText.cpp, API32bppDIBClipboard.cpp) ----
