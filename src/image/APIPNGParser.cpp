@@ -2,11 +2,23 @@
 
 #include <cstring>
 #include <fstream>
+#include <memory>
 #include <new>
+
+#if defined(__linux__)
+#include <sys/mman.h>
+#endif
 
 #include "image/API32bppDIB.h"
 #include "image/Inflate.h"
 #include "image/ZlibBinding.h"
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#define MX_PNG_SSE2 1
+#else
+#define MX_PNG_SSE2 0
+#endif
 
 namespace mx::image {
 
@@ -61,38 +73,235 @@ inline uint64_t rowBytes(uint64_t pixels, int bpp) { return (pixels * static_cas
 
 inline int passExtent(int size, int start, int step) { return size / step + (size % step > start ? 1 : 0); }
 
-// Undoes one row's filter in place; prior is the previous row already unfiltered (zeros for
-// the first). False for an unknown filter type, the row then being untouched.
+// Filters. Every filter runs on one row in place; prior is the previous row of the same image
+// or pass, already unfiltered (zeros for the first). Sub, Average and Paeth carry a dependency
+// from each pixel to the next, so their vector forms work one whole pixel per step (all bytes
+// of a pixel at once) rather than many pixels per step; Up has no such chain.
+
+void unfilterSub(uint8_t* row, size_t len, size_t bpp) {
+  size_t i = bpp;
+#if MX_PNG_SSE2
+  if (bpp == 4 && len >= 16) {
+    // Four pixels per vector: a running sum over the lanes in two shifted adds, then the last
+    // pixel of the previous vector added to all four.
+    __m128i carry = _mm_setzero_si128();
+    for (i = 0; i + 16 <= len; i += 16) {
+      __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(row + i));
+      v = _mm_add_epi8(v, _mm_slli_si128(v, 4));
+      v = _mm_add_epi8(v, _mm_slli_si128(v, 8));
+      v = _mm_add_epi8(v, carry);
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(row + i), v);
+      carry = _mm_shuffle_epi32(v, _MM_SHUFFLE(3, 3, 3, 3));
+    }
+  }
+#endif
+  for (; i < len; ++i) row[i] = static_cast<uint8_t>(row[i] + row[i - bpp]);
+}
+
+void unfilterUp(uint8_t* row, const uint8_t* prior, size_t len) {
+  size_t i = 0;
+#if MX_PNG_SSE2
+  for (; i + 16 <= len; i += 16) {
+    __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(row + i));
+    __m128i p = _mm_loadu_si128(reinterpret_cast<const __m128i*>(prior + i));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(row + i), _mm_add_epi8(v, p));
+  }
+#endif
+  for (; i < len; ++i) row[i] = static_cast<uint8_t>(row[i] + prior[i]);
+}
+
+void unfilterAverageScalar(uint8_t* row, const uint8_t* prior, size_t len, size_t bpp) {
+  for (size_t i = 0; i < bpp && i < len; ++i) row[i] = static_cast<uint8_t>(row[i] + (prior[i] >> 1));
+  for (size_t i = bpp; i < len; ++i) row[i] = static_cast<uint8_t>(row[i] + ((row[i - bpp] + prior[i]) >> 1));
+}
+
+void unfilterPaethScalar(uint8_t* row, const uint8_t* prior, size_t len, size_t bpp) {
+  for (size_t i = 0; i < bpp && i < len; ++i) row[i] = static_cast<uint8_t>(row[i] + prior[i]);
+  for (size_t i = bpp; i < len; ++i) {
+    int a = row[i - bpp], b = prior[i], c = prior[i - bpp];
+    int pa = b - c, pb = a - c, pc = pa + pb;
+    pa = pa < 0 ? -pa : pa;
+    pb = pb < 0 ? -pb : pb;
+    pc = pc < 0 ? -pc : pc;
+    // Ties go to the left neighbour, then the one above, then the upper left.
+    int pred = (pa <= pb && pa <= pc) ? a : (pb <= pc ? b : c);
+    row[i] = static_cast<uint8_t>(row[i] + pred);
+  }
+}
+
+#if MX_PNG_SSE2
+// One pixel of Bpp bytes (3, 4, 6 or 8) widened to 16-bit lanes, and back.
+template <size_t Bpp>
+inline __m128i loadPixel(const uint8_t* p) {
+  uint64_t v = 0;
+  std::memcpy(&v, p, Bpp);
+  return _mm_unpacklo_epi8(_mm_cvtsi64_si128(static_cast<long long>(v)), _mm_setzero_si128());
+}
+template <size_t Bpp>
+inline void storePixel(uint8_t* p, __m128i v) {
+  uint64_t x = static_cast<uint64_t>(_mm_cvtsi128_si64(_mm_packus_epi16(v, v)));
+  std::memcpy(p, &x, Bpp);
+}
+inline __m128i abs16(__m128i v) { return _mm_max_epi16(v, _mm_sub_epi16(_mm_setzero_si128(), v)); }
+inline __m128i select16(__m128i mask, __m128i yes, __m128i no) {
+  return _mm_or_si128(_mm_and_si128(mask, yes), _mm_andnot_si128(mask, no));
+}
+
+// The lanes hold 0..255, so (a + b) >> 1 cannot overflow and the sum with the filtered byte is
+// reduced modulo 256 by the mask.
+template <size_t Bpp>
+void unfilterAverageVector(uint8_t* row, const uint8_t* prior, size_t len) {
+  const __m128i low = _mm_set1_epi16(0xFF);
+  __m128i a = _mm_setzero_si128();
+  for (size_t i = 0; i < len; i += Bpp) {
+    __m128i b = loadPixel<Bpp>(prior + i), x = loadPixel<Bpp>(row + i);
+    a = _mm_and_si128(_mm_add_epi16(x, _mm_srli_epi16(_mm_add_epi16(a, b), 1)), low);
+    storePixel<Bpp>(row + i, a);
+  }
+}
+
+// Paeth with p = a + b - c written as the three distances |b - c|, |a - c| and
+// |(b - c) + (a - c)|. Picking b only when strictly nearer than a, then c only when strictly
+// nearer than the pick, keeps the standard's order for ties.
+template <size_t Bpp>
+void unfilterPaethVector(uint8_t* row, const uint8_t* prior, size_t len) {
+  const __m128i low = _mm_set1_epi16(0xFF);
+  __m128i a = _mm_setzero_si128(), c = _mm_setzero_si128();
+  for (size_t i = 0; i < len; i += Bpp) {
+    __m128i b = loadPixel<Bpp>(prior + i), x = loadPixel<Bpp>(row + i);
+    __m128i dbc = _mm_sub_epi16(b, c), dac = _mm_sub_epi16(a, c);
+    __m128i pa = abs16(dbc), pb = abs16(dac), pc = abs16(_mm_add_epi16(dbc, dac));
+    __m128i takeB = _mm_cmpgt_epi16(pa, pb);
+    __m128i pred = select16(takeB, b, a);
+    pa = _mm_min_epi16(pa, pb);
+    pred = select16(_mm_cmpgt_epi16(pa, pc), c, pred);
+    a = _mm_and_si128(_mm_add_epi16(x, pred), low);
+    storePixel<Bpp>(row + i, a);
+    c = b;
+  }
+}
+#endif
+
+// False for an unknown filter type, the row then being untouched. The vector forms need whole
+// pixels of 3 bytes or more, which every byte-aligned format with such pixels has.
 bool unfilter(uint8_t filter, uint8_t* row, const uint8_t* prior, size_t len, size_t bpp) {
   switch (filter) {
     case 0:
       return true;
     case 1:
-      for (size_t i = bpp; i < len; ++i) row[i] = static_cast<uint8_t>(row[i] + row[i - bpp]);
+      unfilterSub(row, len, bpp);
       return true;
     case 2:
-      for (size_t i = 0; i < len; ++i) row[i] = static_cast<uint8_t>(row[i] + prior[i]);
+      unfilterUp(row, prior, len);
       return true;
     case 3:
-      for (size_t i = 0; i < bpp && i < len; ++i) row[i] = static_cast<uint8_t>(row[i] + (prior[i] >> 1));
-      for (size_t i = bpp; i < len; ++i)
-        row[i] = static_cast<uint8_t>(row[i] + ((row[i - bpp] + prior[i]) >> 1));
+#if MX_PNG_SSE2
+      if (len % bpp == 0) {
+        switch (bpp) {
+          case 3: unfilterAverageVector<3>(row, prior, len); return true;
+          case 4: unfilterAverageVector<4>(row, prior, len); return true;
+          case 6: unfilterAverageVector<6>(row, prior, len); return true;
+          case 8: unfilterAverageVector<8>(row, prior, len); return true;
+          default: break;
+        }
+      }
+#endif
+      unfilterAverageScalar(row, prior, len, bpp);
       return true;
     case 4:
-      for (size_t i = 0; i < bpp && i < len; ++i) row[i] = static_cast<uint8_t>(row[i] + prior[i]);
-      for (size_t i = bpp; i < len; ++i) {
-        int a = row[i - bpp], b = prior[i], c = prior[i - bpp];
-        int p = a + b - c;
-        int pa = p > a ? p - a : a - p, pb = p > b ? p - b : b - p, pc = p > c ? p - c : c - p;
-        // Ties go to the left neighbour, then the one above, then the upper left.
-        int pred = (pa <= pb && pa <= pc) ? a : (pb <= pc ? b : c);
-        row[i] = static_cast<uint8_t>(row[i] + pred);
+#if MX_PNG_SSE2
+      if (len % bpp == 0) {
+        switch (bpp) {
+          case 3: unfilterPaethVector<3>(row, prior, len); return true;
+          case 4: unfilterPaethVector<4>(row, prior, len); return true;
+          case 6: unfilterPaethVector<6>(row, prior, len); return true;
+          case 8: unfilterPaethVector<8>(row, prior, len); return true;
+          default: break;
+        }
       }
+#endif
+      unfilterPaethScalar(row, prior, len, bpp);
       return true;
     default:
       return false;
   }
 }
+
+// Eight-bit RGBA to premultiplied BGRA over n pixels. c x a / 255 truncated equals
+// (x + 1 + (x >> 8)) >> 8 for every product x = c x a in 0..65025, and that sum stays below
+// 65536, so it runs in 16-bit lanes. The alpha lane is multiplied by 255, which the same
+// formula returns unchanged; alpha 0 gives an all-zero pixel, as the surface expects.
+void convertRgba8(const uint8_t* s, uint32_t* out, size_t n) {
+  size_t i = 0;
+#if MX_PNG_SSE2
+  const __m128i zero = _mm_setzero_si128(), one = _mm_set1_epi16(1);
+  const __m128i colourLanes = _mm_set_epi16(0, -1, -1, -1, 0, -1, -1, -1);
+  const __m128i alphaLane255 = _mm_set_epi16(255, 0, 0, 0, 255, 0, 0, 0);
+  auto half = [&](__m128i px) {
+    // px: two pixels as R G B A in 16-bit lanes; reorder to B G R A.
+    __m128i bgra = _mm_shufflehi_epi16(_mm_shufflelo_epi16(px, _MM_SHUFFLE(3, 0, 1, 2)), _MM_SHUFFLE(3, 0, 1, 2));
+    __m128i alpha = _mm_shufflehi_epi16(_mm_shufflelo_epi16(px, _MM_SHUFFLE(3, 3, 3, 3)), _MM_SHUFFLE(3, 3, 3, 3));
+    alpha = _mm_or_si128(_mm_and_si128(alpha, colourLanes), alphaLane255);
+    __m128i x = _mm_mullo_epi16(bgra, alpha);
+    return _mm_srli_epi16(_mm_add_epi16(_mm_add_epi16(x, one), _mm_srli_epi16(x, 8)), 8);
+  };
+  for (; i + 4 <= n; i += 4) {
+    __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i * 4));
+    __m128i lo = half(_mm_unpacklo_epi8(v, zero)), hi = half(_mm_unpackhi_epi8(v, zero));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i), _mm_packus_epi16(lo, hi));
+  }
+#endif
+  for (; i < n; ++i) {
+    const uint8_t* p = s + i * 4;
+    out[i] = p[3] ? premultiplied(p[0], p[1], p[2], p[3]) : 0;
+  }
+}
+
+// The inflated image, filter bytes included: as large as the picture, used once, front to back.
+// Large ones are mapped on their own and asked to be backed by huge pages, which spares the
+// thousands of page faults a fresh buffer of that size otherwise costs. The memory is left
+// uninitialised: the decompressor writes every byte up to what it produces, and the parser
+// clears the rest.
+class RawBuffer {
+ public:
+  explicit RawBuffer(size_t size) : m_size(size) {
+#if defined(__linux__)
+    if (size >= kHugePage) {
+      size_t mapped = (size + kHugePage - 1) / kHugePage * kHugePage + kHugePage;
+      void* p = mmap(nullptr, mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+      if (p == MAP_FAILED) return;
+      m_map = p;
+      m_mapped = mapped;
+      // Huge pages need an aligned start inside the mapping.
+      auto at = (reinterpret_cast<uintptr_t>(p) + kHugePage - 1) & ~(uintptr_t{kHugePage} - 1);
+      m_data = reinterpret_cast<uint8_t*>(at);
+      madvise(m_data, mapped - (at - reinterpret_cast<uintptr_t>(p)), MADV_HUGEPAGE);
+      return;
+    }
+#endif
+    m_heap.reset(new (std::nothrow) uint8_t[size]);
+    m_data = m_heap.get();
+  }
+  ~RawBuffer() {
+#if defined(__linux__)
+    if (m_map) munmap(m_map, m_mapped);
+#endif
+  }
+  RawBuffer(const RawBuffer&) = delete;
+  RawBuffer& operator=(const RawBuffer&) = delete;
+
+  explicit operator bool() const { return m_data != nullptr; }
+  [[nodiscard]] uint8_t* data() const { return m_data; }
+  [[nodiscard]] size_t size() const { return m_size; }
+
+ private:
+  static constexpr size_t kHugePage = size_t{2} << 20;
+  size_t m_size;
+  uint8_t* m_data = nullptr;
+  std::unique_ptr<uint8_t[]> m_heap;
+  void* m_map = nullptr;
+  size_t m_mapped = 0;
+};
 
 }  // namespace
 
@@ -129,8 +338,11 @@ bool APIPNGParser::ParsePNG(const uint8_t* src, size_t size, bool fromFile, API3
   // The system codec would be asked first here; this build has none, so the own decoder runs.
   try {
     const bool zlibPresent = zlib::Available();
-    std::vector<uint8_t> idat;
-    idat.reserve(size / 2 + 1);
+    // The compressed data: a single IDAT is read where it lies in the source; only a second one
+    // makes the reader gather them all into one buffer.
+    std::vector<uint8_t> gathered;
+    const uint8_t* idatData = nullptr;
+    size_t idatSize = 0;
     bool error = false, haveHeader = false;
     size_t pos = 8;
     // A stream's running total starts one lower than its position, so a stream may claim one
@@ -230,40 +442,50 @@ bool APIPNGParser::ParsePNG(const uint8_t* src, size_t size, bool fromFile, API3
           m_transColor = 0;  // only a mark: the alpha table is in use
         }
       } else {
-        idat.insert(idat.end(), data, data + len);
+        if (idatData == nullptr) {
+          idatData = data;
+        } else {
+          if (gathered.empty()) {
+            gathered.reserve(std::max(size / 2 + 1, idatSize + len));
+            gathered.assign(idatData, idatData + idatSize);
+          }
+          gathered.insert(gathered.end(), data, data + len);
+          idatData = gathered.data();
+        }
+        idatSize += len;
       }
     }
-    if (error || idat.empty() || !haveHeader) return false;
+    if (error || idatSize == 0 || !haveHeader) return false;
 
     // The surface's byte size must fit a Long; refuse early rather than allocate the raw rows.
     if (static_cast<uint64_t>(m_width) * static_cast<uint64_t>(m_height) * 4 > INT32_MAX) return false;
-    if (m_rawSize > idat.size() * kMaxInflateRatio + 4096) return false;
+    if (m_rawSize > idatSize * kMaxInflateRatio + 4096) return false;
 
-    std::vector<uint8_t> raw(m_rawSize);
-    size_t produced = raw.size();
+    RawBuffer raw(m_rawSize);
+    if (!raw) return false;
+    size_t produced = m_rawSize;
     bool inflated = false;
-    if (zlibPresent) inflated = zlib::Uncompress(raw.data(), produced, idat.data(), idat.size()) == zlib::Z_OK;
+    if (zlibPresent) inflated = zlib::Uncompress(raw.data(), produced, idatData, idatSize) == zlib::Z_OK;
     if (!inflated) {
       // After zlib has refused the data the own decoder reads length 258 the Deflate64 way;
       // without zlib it reads plain DEFLATE. Bytes 0 and 1 are the zlib header.
-      if (idat.size() < 2) return false;
-      std::span<const uint8_t> body(idat.data() + 2, idat.size() - 2);
-      InflateResult r = InflateRaw(body, raw, zlibPresent);
+      if (idatSize < 2) return false;
+      std::span<const uint8_t> body(idatData + 2, idatSize - 2);
+      InflateResult r = InflateRaw(body, std::span<uint8_t>(raw.data(), m_rawSize), zlibPresent);
       if (!r.ok) return false;
       produced = r.produced;
     }
     // Rows the data did not reach read as zeros, whatever a refused attempt left there.
-    std::fill(raw.begin() + static_cast<std::ptrdiff_t>(produced), raw.end(), uint8_t{0});
-    std::vector<uint8_t>().swap(idat);
-    return decode(raw, produced, dib);
+    std::fill(raw.data() + produced, raw.data() + m_rawSize, uint8_t{0});
+    std::vector<uint8_t>().swap(gathered);
+    return decode(raw.data(), dib);
   } catch (const std::bad_alloc&) {
     dib.DestroyDIB();
     return false;
   }
 }
 
-bool APIPNGParser::decode(std::vector<uint8_t>& raw, size_t produced, API32bppDIB& dib) {
-  (void)produced;
+bool APIPNGParser::decode(uint8_t* raw, API32bppDIB& dib) {
   const int ct = m_colorType, depth = m_bitDepth;
   // Depth and colour type are not checked against each other in the header; combinations the
   // converters cannot read (RGB of 4 bits, 16-bit indices, ...) are refused here.
@@ -330,6 +552,10 @@ bool APIPNGParser::decode(std::vector<uint8_t>& raw, size_t produced, API32bppDI
     if (depth == 8) {
       switch (ct) {
         case 6:
+          if (dx == 1) {
+            convertRgba8(s, out, static_cast<size_t>(n));
+            break;
+          }
           for (int i = 0; i < n; ++i, s += 4, out += dx)
             if (s[3]) *out = premultiplied(s[0], s[1], s[2], s[3]);
           break;
@@ -376,7 +602,7 @@ bool APIPNGParser::decode(std::vector<uint8_t>& raw, size_t produced, API32bppDI
   if (m_interlace == 0) {
     const uint8_t* prior = zeros.data();
     for (int y = 0; y < m_height; ++y) {
-      uint8_t* row = raw.data() + static_cast<size_t>(y) * (fullRow + 1);
+      uint8_t* row = raw + static_cast<size_t>(y) * (fullRow + 1);
       // An unknown filter leaves the row as it stands and decoding goes on.
       unfilter(row[0], row + 1, prior, fullRow, stepping);
       convert(row + 1, m_width, y, 0, 1);
@@ -391,7 +617,7 @@ bool APIPNGParser::decode(std::vector<uint8_t>& raw, size_t produced, API32bppDI
       size_t rb = static_cast<size_t>(rowBytes(static_cast<uint64_t>(pw), bpp));
       const uint8_t* prior = zeros.data();
       for (int r = 0; r < ph; ++r) {
-        uint8_t* row = raw.data() + offset;
+        uint8_t* row = raw + offset;
         // On an interlaced image an unknown filter ends decoding.
         if (!unfilter(row[0], row + 1, prior, rb, stepping)) {
           dib.DestroyDIB();

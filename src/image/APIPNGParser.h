@@ -28,7 +28,8 @@ class APIPNGParser {
 
  private:
   bool ParsePNG(const uint8_t* src, size_t size, bool fromFile, API32bppDIB& dib);
-  bool decode(std::vector<uint8_t>& raw, size_t produced, API32bppDIB& dib);
+  // raw holds the whole inflated image, filter bytes included; its rows are unfiltered in place.
+  bool decode(uint8_t* raw, API32bppDIB& dib);
 
   int32_t m_width = 0;
   int32_t m_height = 0;
