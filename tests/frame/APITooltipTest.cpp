@@ -3,6 +3,8 @@
 // golden pictures of the standard and balloon shapes with a title and each icon.
 #include "frame/APITooltip.h"
 
+#include "frame/APIMouseEvents.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -266,6 +268,29 @@ TEST_F(APITooltipTest, CentredTipHangsBelowTheMiddleOfTheTool) {
   GetWindowRect(tip.hWnd(), &r);
   EXPECT_EQ((r.left + r.right) / 2, 170);  // the button spans 120..220
   EXPECT_EQ(r.top, 150);
+}
+
+TEST_F(APITooltipTest, TipAndMouseTrackerShareTheButton) {
+  // The order of a button's Show: the tracker first, then the tip, made twice.
+  APIMouseEvents mouse;
+  mouse.Attach(m_button);
+  int ins = 0, outs = 0;
+  mouse.MouseIn.connect([&] { ++ins; });
+  mouse.MouseOut.connect([&] { ++outs; });
+  APITooltip tip;
+  tip.TipText(u"Salvar");
+  ASSERT_TRUE(tip.Create(m_button));
+  ASSERT_TRUE(tip.Create(m_button));
+  PointAtButton();
+  RunFor(500);
+  EXPECT_TRUE(IsWindowVisible(tip.hWnd()));
+  PointAtButton(110, 110);
+  RunFor(100);
+  EXPECT_FALSE(IsWindowVisible(tip.hWnd()));
+  EXPECT_EQ(ins, 1);
+  EXPECT_EQ(outs, 1);
+  mouse.MouseIn.disconnect_all();
+  mouse.MouseOut.disconnect_all();
 }
 
 // ---- pictures ------------------------------------------------------------------------------------
