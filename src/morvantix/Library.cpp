@@ -1,0 +1,12 @@
+#include "morvantix/Library.h"
+
+#include "controls/Registration.h"
+
+namespace mx {
+
+void RegisterLibrary() {
+  // Each layer's registration is idempotent on its own; this is the one place that calls them all.
+  controls::RegisterControls();
+}
+
+}  // namespace mx
