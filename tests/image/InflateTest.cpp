@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <string>
 
 #include "image/Inflate.h"
 #include "platform/Deflate.h"
@@ -58,6 +59,146 @@ TEST(Inflate, RefusesBadBlocksAndOverruns) {
   // Input that stops before the final block.
   for (size_t cut = 0; cut + 1 < z.size(); ++cut)
     EXPECT_FALSE(InflateRaw(std::span<const uint8_t>(z.data(), cut), exact).ok) << cut;
+}
+
+// Writes DEFLATE by hand, least significant bit first, so that a test can send exactly the
+// symbols it wants with the fixed codes.
+class BitWriter {
+ public:
+  void bits(uint32_t value, int n) {
+    for (int i = 0; i < n; ++i) put((value >> i) & 1);
+  }
+  // A Huffman code goes out most significant bit first.
+  void code(uint32_t code, int n) {
+    for (int i = n - 1; i >= 0; --i) put((code >> i) & 1);
+  }
+  void fixedLiteral(int sym) {
+    if (sym < 144) code(0x30 + sym, 8);
+    else if (sym < 256) code(0x190 + sym - 144, 9);
+    else if (sym < 280) code(sym - 256, 7);
+    else code(0xC0 + sym - 280, 8);
+  }
+  void fixedDistance(int sym) { code(sym, 5); }
+  void align() {
+    while (m_fill) put(0);
+  }
+  void byte(uint8_t b) { bits(b, 8); }
+  std::vector<uint8_t> take() {
+    align();
+    return m_out;
+  }
+
+ private:
+  void put(uint32_t bit) {
+    if (m_fill == 0) m_out.push_back(0);
+    m_out.back() |= static_cast<uint8_t>(bit << m_fill);
+    m_fill = (m_fill + 1) & 7;
+  }
+  std::vector<uint8_t> m_out;
+  int m_fill = 0;
+};
+
+// Decodes into exactly size bytes, and checks that nothing was written past them: the copies
+// may run ahead in whole steps only where the output has room.
+std::vector<uint8_t> inflateExactly(const std::vector<uint8_t>& z, size_t size, bool d64 = false) {
+  std::vector<uint8_t> out(size + 32, 0xA5);
+  InflateResult r = InflateRaw(z, std::span<uint8_t>(out.data(), size), d64);
+  if (!r.ok || r.produced != size) return {};
+  for (size_t i = size; i < out.size(); ++i) EXPECT_EQ(out[i], 0xA5) << "written past the end at " << i;
+  out.resize(size);
+  return out;
+}
+
+TEST(Inflate, MatchesOfEveryShortDistanceAndLongRuns) {
+  // Periodic data gives matches at exactly the period: distance 1 (byte runs), the overlapping
+  // copies below 8 and 16, and long ones; sizes that end mid-match leave the copy no room to
+  // run past its end.
+  for (size_t period : {1, 2, 3, 5, 7, 8, 9, 15, 16, 17, 31, 300}) {
+    for (size_t n : {size_t{40}, size_t{259}, size_t{1000}, size_t{70001}}) {
+      std::vector<uint8_t> data(n);
+      for (size_t i = 0; i < n; ++i) data[i] = static_cast<uint8_t>((i % period) * 37 + 11);
+      // A few bytes of no pattern after the run: its last copy ends just short of the end.
+      for (size_t i = 0; i < n % 7; ++i) data.push_back(static_cast<uint8_t>(200 + i));
+      std::vector<uint8_t> z = platform::DeflateRaw(data, 9);
+      EXPECT_EQ(inflateExactly(z, data.size()), data) << period << " " << n;
+    }
+  }
+}
+
+TEST(Inflate, LongCodesOfASkewedAlphabet) {
+  // Symbol frequencies halving from one to the next make the rarest codes 15 bits long, far
+  // past what one table look-up covers.
+  std::mt19937 rng(99);
+  std::vector<uint8_t> data;
+  for (int i = 0; i < 300000; ++i) {
+    int sym = 0;
+    while (sym < 40 && (rng() & 1)) ++sym;
+    data.push_back(static_cast<uint8_t>(sym * 5));
+  }
+  std::vector<uint8_t> z = platform::DeflateRaw(data, 1);
+  EXPECT_EQ(inflateExactly(z, data.size()), data);
+}
+
+TEST(Inflate, HandWrittenBlocks) {
+  // A fixed block of 'a' then a run of distance 1 and length 258, not final; then a stored
+  // block, which must start at a byte boundary although bits of it were already read; then a
+  // final fixed block that copies across the stored one.
+  BitWriter w;
+  w.bits(0, 1);
+  w.bits(1, 2);
+  w.fixedLiteral('a');
+  w.fixedLiteral(285);  // length 258
+  w.fixedDistance(0);   // distance 1
+  w.fixedLiteral(256);
+  w.bits(0, 1);
+  w.bits(0, 2);
+  w.align();
+  w.bits(3, 16);
+  w.bits(0xFFFC, 16);
+  w.byte('x');
+  w.byte('y');
+  w.byte('z');
+  w.bits(1, 1);
+  w.bits(1, 2);
+  w.fixedLiteral(257);  // length 3
+  w.fixedDistance(3);   // distance 4: "ayxz" -> back over the stored bytes
+  w.fixedLiteral(256);
+  std::vector<uint8_t> z = w.take();
+  std::string expected(259, 'a');
+  expected += "xyz";
+  expected += "axy";
+  std::vector<uint8_t> out = inflateExactly(z, expected.size());
+  EXPECT_EQ(std::string(out.begin(), out.end()), expected);
+}
+
+TEST(Inflate, Deflate64ReadsSixteenBitsAfterLength285) {
+  // 'a', then symbol 285 with the 16 bits 997 behind it, distance 1.
+  BitWriter w;
+  w.bits(1, 1);
+  w.bits(1, 2);
+  w.fixedLiteral('a');
+  w.fixedLiteral(285);
+  w.bits(997, 16);
+  w.fixedDistance(0);
+  w.fixedLiteral(256);
+  std::vector<uint8_t> z = w.take();
+  EXPECT_EQ(inflateExactly(z, 1001, true), std::vector<uint8_t>(1001, 'a'));
+  // Plain DEFLATE reads 258 and then takes the 16 bits as codes: not this output.
+  std::vector<uint8_t> out(1001);
+  InflateResult plain = InflateRaw(z, out, false);
+  EXPECT_FALSE(plain.ok && plain.produced == 1001 && out == std::vector<uint8_t>(1001, 'a'));
+  // Output beyond the expected size fails instead of being cut.
+  std::vector<uint8_t> small(1000);
+  EXPECT_FALSE(InflateRaw(z, small, true).ok);
+  // A distance that reaches before the start of the output fails.
+  BitWriter far;
+  far.bits(1, 1);
+  far.bits(1, 2);
+  far.fixedLiteral('a');
+  far.fixedLiteral(257);
+  far.fixedDistance(1);  // distance 2 with one byte written
+  far.fixedLiteral(256);
+  EXPECT_FALSE(InflateRaw(far.take(), out).ok);
 }
 
 }  // namespace
