@@ -136,9 +136,43 @@ class Form : public Object {
   // Late binding: the form's properties, and its controls by name.
   Variant Invoke(StringView name, CallKind kind, std::span<Variant> args) override;
 
+  // Sets the client area's size in twips (ClientWidth, ClientHeight of a form file); the frame
+  // grows around it.
+  void ClientSize(float width, float height);
+
+  // Whether a control reported a property change (PropertyChanged) since the form was last
+  // loaded or saved.
+  [[nodiscard]] bool Dirty() const { return m_dirty; }
+
  private:
+  friend class Control;
+  friend class UserControl;
+  // Control's TabIndex: the host renumbers the others so that the indexes stay 0..n-1.
+  void SetTabIndex(Control& control, int16_t value);
+  // Control's Default and Cancel: one control of the form holds each.
+  void DefaultOrCancelChanged(Control& control, bool isDefault, bool value);
+
+  void EnsureWindow();
+  [[nodiscard]] platform::HWND ContainerWindow(const Control* container) const;
+  // Controls by TabIndex, and the next one that can take the focus (wrapping around).
+  [[nodiscard]] std::vector<Control*> TabOrder() const;
+  void RenumberTabIndexes();
+  [[nodiscard]] bool CanTakeFocus(const Control& control) const;
+  [[nodiscard]] Control* NextTabControl(Control* from, bool forward) const;
+  [[nodiscard]] Control* ControlOfWindow(platform::HWND hwnd) const;
+  // Keys at form level: Tab, Enter, Esc and Alt+access key. True when the form took the key.
+  bool RouteKey(uint32_t msg, uintptr_t wParam, intptr_t lParam);
+  bool ControlKey(Control& control, uint32_t msg, uintptr_t wParam, intptr_t lParam);
+  [[nodiscard]] Control* EnterTarget(Control* focused) const;
+  void FireAccessKey(Control& target, int16_t keyAscii);
+  void UpdateDisplayAsDefault();
+  void RunModal(Form* owner);
+  void LoadBlocks(const FormBlock& parent, Control* container);
+  void WriteBlocks(FormBlock& parent, const Control* container) const;
+
   struct Impl;
   std::unique_ptr<Impl> m_impl;
+  bool m_dirty = false;
   String m_name;
   FormMode m_mode;
   platform::HWND m_hwnd = 0;

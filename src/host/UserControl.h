@@ -249,7 +249,36 @@ class UserControl : public Control {
     return false;
   }
 
+  // The extender rectangle and visibility move the window (Control's hooks).
+  void ApplyGeometry() override;
+  void ApplyVisible() override;
+
  private:
+  // Creates the window on the desktop for a control that has none yet.
+  void EnsureWindow() const;
+  // The form's part in the control's keyboard and focus messages: it sees WM_KEYDOWN,
+  // WM_SYSKEYDOWN, WM_CHAR and WM_SYSCHAR first (true: consumed, the control hears nothing),
+  // and is told of WM_SETFOCUS and WM_KILLFOCUS after the control's handlers.
+  using SiteFilter = std::function<bool(uint32_t msg, uintptr_t wParam, intptr_t lParam)>;
+  void SetSiteFilter(SiteFilter filter);
+  // Sets what Ambient.DisplayAsDefault answers; a change raises AmbientChanged.
+  void SetDisplayAsDefault(bool value);
+  [[nodiscard]] bool IsShown() const;
+
+  // Surfaces and lifecycle steps (UserControl.cpp).
+  void ReleaseWindowResources();
+  [[nodiscard]] uint32_t ResolvedBackColor() const;
+  void ApplyDCState(platform::HDC dc);
+  void FillBackground(platform::HDC dc, int width, int height);
+  void ResizeImage(int width, int height);
+  void PresentImage();
+  void WatchFont();
+  void FontDescriptionChanged();
+  void RunInitialize();
+  void FireResize();
+  void DoShow();
+  void DoHide();
+
   friend class AmbientProperties;
   friend class Form;
   struct Impl;

@@ -376,6 +376,10 @@ void InjectKeyPress(int vk) {
   InjectKey(vk, false);
 }
 
+void keybd_event(BYTE vk, BYTE scan, DWORD flags, uintptr_t extraInfo) {
+  InjectKey(vk, (flags & KEYEVENTF_KEYUP) == 0);
+}
+
 void InjectText(std::u16string_view text) {
   for (char16_t c : text) {
     InputEvent ev;

@@ -33,6 +33,11 @@ void InjectKeyPress(int vk);
 // WM_CHAR for each UTF-16 unit, to the focus window.
 void InjectText(std::u16string_view text);
 
+// The classic synthetic-keystroke call: a key down, or up with KEYEVENTF_KEYUP, joins the input
+// queue as a real one would. The scan code and extra information are accepted and not used.
+constexpr DWORD KEYEVENTF_EXTENDEDKEY = 0x0001, KEYEVENTF_KEYUP = 0x0002;
+void keybd_event(BYTE vk, BYTE scan, DWORD flags, uintptr_t extraInfo);
+
 // ---- state -------------------------------------------------------------------------------------
 
 BOOL GetCursorPos(POINT* pt);
