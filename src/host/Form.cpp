@@ -55,6 +55,8 @@ UserControl* AsUserControl(Control* c) { return dynamic_cast<UserControl*>(c); }
 Form::Form(String name, FormMode mode)
     : m_impl(std::make_unique<Impl>()), m_name(std::move(name)), m_mode(mode), m_font(std::make_shared<StdFont>()) {
   m_caption = m_name;
+  // The window exists from the start (hidden), so that controls sited on the form get theirs.
+  EnsureWindow();
 }
 
 Form::~Form() {
@@ -135,6 +137,8 @@ LRESULT Form::Impl::WindowProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam
       OnErrorResumeNext([&] { form->Activate(); });
       return DefWindowProc(hwnd, msg, wParam, lParam);
     case WM_SETFOCUS: {
+      // While controls are hidden or go away the focus stays with the form.
+      if (form->m_impl->holdFocus) return 0;
       // A form with controls never keeps the focus itself: it goes back to the control that had
       // it, or to the first one in tab order.
       HWND target = form->m_impl->lastFocus;
@@ -608,10 +612,12 @@ void Form::RunModal(Form* owner) {
 void Form::Hide() {
   if (!m_hwnd) return;
   m_impl->shown = false;
+  m_impl->holdFocus = true;
   std::vector<std::shared_ptr<Control>> controls = m_controls;
   for (const auto& c : controls)
     if (auto* uc = AsUserControl(c.get())) uc->HideControl();
   if (m_hwnd) ShowWindow(m_hwnd, SW_HIDE);
+  m_impl->holdFocus = false;
 }
 
 bool Form::Unload(int16_t unloadMode) {
@@ -624,6 +630,7 @@ bool Form::Unload(int16_t unloadMode) {
   OnErrorResumeNext([&] { UnloadEvent(cancel); });
   if (cancel != 0) return false;
   // Controls hear Hide (where shown), then Terminate; their windows go before the form's.
+  m_impl->holdFocus = true;
   std::vector<std::shared_ptr<Control>> controls = m_controls;
   for (const auto& c : controls)
     if (auto* uc = AsUserControl(c.get())) uc->HideControl();
@@ -646,6 +653,7 @@ bool Form::Unload(int16_t unloadMode) {
     DestroyWindow(hwnd);
   }
   m_loaded = false;
+  m_impl->holdFocus = false;
   std::erase_if(LoadedForms(), [this](const std::weak_ptr<Form>& w) {
     auto f = w.lock();
     return !f || f.get() == this;

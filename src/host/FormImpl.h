@@ -36,6 +36,8 @@ struct Form::Impl {
   platform::HWND lastFocus = 0;
   // A key the form took (Tab, Enter, Esc): its character message is not the control's either.
   uint32_t swallowChar = 0;
+  // Set while the form hides or unloads its controls: the focus is not handed on meanwhile.
+  bool holdFocus = false;
   // Controls made by AddControl, the only ones RemoveControl takes away.
   std::vector<const Control*> addedByCode;
 

@@ -83,7 +83,9 @@ class RecordingControl : public UserControl {
   void UserControl_KeyDown(int16_t& k, int16_t& s) override {
     log.push_back("KeyDown " + std::to_string(k) + " " + std::to_string(s));
     if (onKeyDown) onKeyDown(k, s);
+    const int16_t before = k;
     KeyDown(k, s);
+    if (k != before) log.push_back("KeyCode now " + std::to_string(k));
   }
   void UserControl_KeyPress(int16_t& k) override {
     log.push_back("KeyPress " + std::to_string(k));
