@@ -12,6 +12,7 @@
 
 #include "host/String.h"
 #include "image/API32bppDIB.h"
+#include "image/ConvertOptions.h"
 
 namespace mx::image {
 
@@ -20,7 +21,7 @@ namespace {
 constexpr const char* kUsage =
     "usage: mximage info FILE\n"
     "       mximage raw FILE OUT\n"
-    "       mximage convert IN OUT [--adaptive] [--quality N]\n"
+    "       mximage convert IN OUT [--adaptive] [--quality N] [transforms]\n"
     "       mximage bench-decode FILE N\n";
 
 std::string extensionOf(const std::string& path) {
@@ -46,11 +47,25 @@ bool load(API32bppDIB& dib, const std::string& path, std::ostream& err) {
 }
 
 // The transform step of convert: options that change the picture between loading and saving
-// are applied here. None are known yet, so any left over is a usage error.
-bool applyTransforms(API32bppDIB&, const ConvertSettings& settings, std::ostream& err) {
+// are applied here; any left over is a usage error.
+bool applyTransforms(API32bppDIB& dib, const ConvertSettings& settings, std::ostream& err) {
   if (settings.transformArgs.empty()) return true;
-  err << "mximage: unknown option " << settings.transformArgs.front() << "\n";
-  return false;
+  std::vector<std::string> rest = settings.transformArgs;
+  ConvertOptions options;
+  std::string error;
+  if (!options.Parse(rest, error)) {
+    err << "mximage: " << error << "\n";
+    return false;
+  }
+  if (!rest.empty()) {
+    err << "mximage: unknown option " << rest.front() << "\n";
+    return false;
+  }
+  if (!options.Apply(dib, error)) {
+    err << "mximage: " << error << "\n";
+    return false;
+  }
+  return true;
 }
 
 }  // namespace
