@@ -207,8 +207,6 @@ std::shared_ptr<Control> Form::AddControl(StringView progId, StringView name, Co
   if (FindControl(name))
     Raise(727, m_name, u"There is already a control with the name '" + String(name) + u"'");
   std::shared_ptr<Control> control = CreateControl(progId);
-  // A control made by code starts hidden, as the host's Controls.Add makes it.
-  control->m_visible = false;
   EnsureWindow();
   SiteControl(control, name, -1, container);
   m_impl->addedByCode.push_back(control.get());

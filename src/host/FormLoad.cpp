@@ -87,7 +87,10 @@ std::shared_ptr<Form> Form::FromFormFile(const FormFile& file, FormMode mode) {
       if (font) form->m_font = font;
     }
   });
+  // The window was made with the defaults: it takes the file's frame, caption and size now.
   form->EnsureWindow();
+  form->Caption(form->m_caption);
+  form->BorderStyle(form->m_borderStyle);
   form->LoadBlocks(root, nullptr);
   // Loading is not a change.
   form->m_dirty = false;

@@ -200,9 +200,11 @@ TEST_F(FormTest, AddControlIsTheMadeByCodePath) {
   EXPECT_FALSE(added->userMode);
   EXPECT_TRUE(added->Ambient().UserMode()) << "the form runs";
   EXPECT_EQ(added->caption, u"dyn");
-  EXPECT_FALSE(added->Visible()) << "made hidden, as the host's Controls.Add";
-  added->Visible(true);
+  // On a form already shown, the new control is shown at once; hidden, it is hidden again.
   EXPECT_EQ(Filter(added->log, {"Show"}), (Log{"Show"}));
+  added->Visible(false);
+  EXPECT_EQ(Filter(added->log, {"Show", "Hide"}), (Log{"Show", "Hide"}));
+  EXPECT_FALSE(IsWindowVisible(added->hWnd()));
   EXPECT_EQ(form->FindControl(u"DYN"), added);
 
   EXPECT_EQ(ErrorNumberOf([&] { (void)form->AddControl(u"Test.Recorder", u"dyn"); }), 727);
@@ -210,6 +212,7 @@ TEST_F(FormTest, AddControlIsTheMadeByCodePath) {
   EXPECT_EQ(form->Controls().size(), 1u);
 
   const HWND h = added->hWnd();
+  added->Visible(true);
   added->log.clear();
   form->RemoveControl(u"dyn");
   EXPECT_EQ(added->log, (Log{"Hide", "Terminate"}));
