@@ -60,12 +60,16 @@ Form::Form(String name, FormMode mode)
 }
 
 Form::~Form() {
-  // Whatever is left goes without events: the handlers may refer to what is gone.
+  // Whatever is left goes without events: the handlers may refer to what is gone. The window
+  // stops answering first, since the controls' windows going moves the focus to it.
+  if (m_hwnd) SetWindowLongPtr(m_hwnd, GWLP_USERDATA, 0);
   for (auto& c : m_controls)
     if (auto* uc = AsUserControl(c.get())) uc->SetSiteFilter(nullptr);
-  m_controls.clear();
+  std::vector<std::shared_ptr<Control>> controls;
+  controls.swap(m_controls);
+  for (auto& c : controls) c->m_form = nullptr;
+  controls.clear();
   if (m_hwnd) {
-    SetWindowLongPtr(m_hwnd, GWLP_USERDATA, 0);
     DestroyWindow(m_hwnd);
     m_hwnd = 0;
   }

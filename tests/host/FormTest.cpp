@@ -273,6 +273,19 @@ TEST_F(FormTest, UnloadCanBeCancelledThenReleasesEverything) {
   EXPECT_EQ(LiveHandleCount(HandleType::Brush), brushes);
 }
 
+TEST_F(FormTest, FormReleasedWhileShownTakesItsControlsAlong) {
+  const int windows = LiveHandleCount(HandleType::Window);
+  {
+    auto form = std::make_shared<Form>(u"frmDropped");
+    Site(*form, u"a", 120);
+    auto b = Site(*form, u"b", 1500);
+    form->Show();
+    b->SetFocus();
+  }
+  // The focus leaving the controls' windows must not reach a form half destroyed.
+  EXPECT_EQ(LiveHandleCount(HandleType::Window), windows);
+}
+
 TEST_F(FormTest, ModalShowReturnsWhenHidden) {
   auto owner = std::make_shared<Form>(u"frmOwner");
   owner->Show();
