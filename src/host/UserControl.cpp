@@ -119,6 +119,8 @@ void UserControl::ApplyDCState(HDC dc) {
   const int32_t fore = TranslateColor(m_foreColor);
   SetTextColor(dc, fore < 0 ? 0 : static_cast<COLORREF>(fore));
   SetBkColor(dc, ResolvedBackColor());
+  // The host's FontTransparent is True by default: text leaves what is beneath it.
+  SetBkMode(dc, TRANSPARENT);
   if (!m_impl->hfont) {
     LOGFONTW lf = m_font->ToLogFont(GetScreenDpi());
     m_impl->hfont = CreateFontIndirectW(&lf);

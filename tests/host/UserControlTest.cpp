@@ -242,6 +242,7 @@ TEST_F(UserControlTest, FontIsSelectedAndFollowsItsChanges) {
   };
   c->AutoRedraw(true);
   EXPECT_EQ(String(faceOf(c->hDC()).lfFaceName), u"Tahoma");
+  EXPECT_EQ(GetBkMode(c->hDC()), TRANSPARENT) << "text draws without a box";
   EXPECT_EQ(faceOf(c->hDC()).lfHeight, -16);
   // The font object is shared: a change made through it reaches the surface.
   font->Bold(true);
