@@ -245,6 +245,28 @@ std::shared_ptr<APIListImage> APIListImages::AddImage_fromFile(const String& Fil
   return AddImage_fromDIB(picture, Index, Key, Tag, Scaled);
 }
 
+std::shared_ptr<APIListImage> APIListImages::AddImage_fromStdPicture(const std::shared_ptr<host::StdPicture>& Picture,
+                                                                     const Variant& Index, StringView Key,
+                                                                     StringView Tag, bool Scaled) {
+  image::API32bppDIB picture;
+  if (!picture.LoadPicture_StdPicture(Picture)) return nullptr;
+  return AddImage_fromDIB(picture, Index, Key, Tag, Scaled);
+}
+
+std::shared_ptr<APIListImage> APIListImages::AddImage_fromHandle(uint32_t Handle, const Variant& Index, StringView Key,
+                                                                 StringView Tag, bool Scaled) {
+  image::API32bppDIB picture;
+  if (!picture.LoadPicture_ByHandle(Handle)) return nullptr;
+  return AddImage_fromDIB(picture, Index, Key, Tag, Scaled);
+}
+
+std::shared_ptr<APIListImage> APIListImages::AddImage_fromClipBoard(const Variant& Index, StringView Key,
+                                                                    StringView Tag, bool Scaled) {
+  image::API32bppDIB picture;
+  if (!picture.LoadPicture_ClipBoard()) return nullptr;
+  return AddImage_fromDIB(picture, Index, Key, Tag, Scaled);
+}
+
 std::shared_ptr<APIListImage> APIListImages::AddImage_fromDIB(const image::API32bppDIB& picture, const Variant& Index,
                                                               StringView Key, StringView Tag, bool Scaled) {
   if (!picture.Handle()) return nullptr;

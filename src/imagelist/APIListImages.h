@@ -78,6 +78,18 @@ class APIListImages : public host::Object, public APIItemData {
                                                   const host::Variant& Index = host::Variant::Missing(),
                                                   host::StringView Key = u"", host::StringView Tag = u"",
                                                   int32_t iconBitDepth = 32, bool Scaled = true);
+  // A picture object (icons and bitmaps through their handles), a platform bitmap or icon handle
+  // (which stays the caller's), or the clipboard's bitmap.
+  std::shared_ptr<APIListImage> AddImage_fromStdPicture(const std::shared_ptr<host::StdPicture>& Picture,
+                                                        const host::Variant& Index = host::Variant::Missing(),
+                                                        host::StringView Key = u"", host::StringView Tag = u"",
+                                                        bool Scaled = true);
+  std::shared_ptr<APIListImage> AddImage_fromHandle(uint32_t Handle, const host::Variant& Index = host::Variant::Missing(),
+                                                    host::StringView Key = u"", host::StringView Tag = u"",
+                                                    bool Scaled = true);
+  std::shared_ptr<APIListImage> AddImage_fromClipBoard(const host::Variant& Index = host::Variant::Missing(),
+                                                       host::StringView Key = u"", host::StringView Tag = u"",
+                                                       bool Scaled = true);
   // A surface already loaded (what the other members end in).
   std::shared_ptr<APIListImage> AddImage_fromDIB(const image::API32bppDIB& picture,
                                                  const host::Variant& Index = host::Variant::Missing(),

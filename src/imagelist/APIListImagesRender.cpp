@@ -47,8 +47,11 @@ void APIListImages::RenderRange(const Variant& StartIndex, const Variant& StopIn
   if (stop < 0) stop = Count() - 1;
   if (stop < start) return;
   EnsureDecoded();
-  // One device context for the whole run instead of one per image.
-  m_sheet.ManageOwnDC(true);
+  // One session for the whole run instead of one per image: the system codec's where it is
+  // enabled, otherwise the strip's own device context.
+  const bool codec = m_sheet.isGDIplusEnabled();
+  if (codec) m_sheet.KeepGDIplusActive(true);
+  else m_sheet.ManageOwnDC(true);
   int32_t x = DestX;
   for (int32_t i = start; i <= stop; ++i, x += imageWidth) {
     if (imageWidth <= m_width) {

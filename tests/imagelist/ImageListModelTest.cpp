@@ -11,7 +11,9 @@
 #include "imagelist/APIImageLists.h"
 #include "imagelist/APIListImage.h"
 #include "imagelist/APIListImages.h"
+#include "image/PictureBinding.h"
 #include "imagelist/KeyIndex.h"
+#include "host/StdPicture.h"
 #include "ImageListTestSupport.h"
 
 namespace mx::imagelist {
@@ -292,6 +294,39 @@ TEST_F(Images, LateBoundMembersReachTheModel) {
   host::CallByName(img, u"Key", host::CallKind::Let, {Variant(u"renamed")});
   EXPECT_TRUE(images->IsKeyAssigned(u"RENAMED"));
   EXPECT_EQ(lists->EnumerateItems().size(), 1u);
+}
+
+}  // namespace
+}  // namespace mx::imagelist
+
+namespace mx::imagelist {
+namespace {
+
+std::vector<uint8_t> PngOf(int w, int h, uint32_t argb) {
+  std::vector<uint8_t> png;
+  EXPECT_TRUE(Solid(w, h, argb)->SaveToStream_PNG(png));
+  return png;
+}
+
+TEST(ImageSources, StreamsPicturesAndSizes) {
+  auto lists = APIImageLists::Create();
+  auto images = lists->Add(4, 4, u"k")->Images();
+  std::vector<uint8_t> png = PngOf(4, 4, 0xFF123456);
+  ASSERT_NE(images->AddImage_fromStream(png, Variant::Missing(), u"a"), nullptr);
+  // Bytes that are no picture add nothing and raise nothing.
+  std::vector<uint8_t> junk(100, 0x42);
+  EXPECT_EQ(images->AddImage_fromStream(junk), nullptr);
+  EXPECT_EQ(images->Count(), 1);
+  image::InstallPictureDecoder();
+  ASSERT_NE(images->AddImage_fromStdPicture(host::StdPicture::FromBytes(PngOf(4, 4, 0xFF654321))), nullptr);
+  EXPECT_EQ(PixelAt(images->Sheet(), 6, 1), 0xFF654321u);
+  EXPECT_EQ(images->AddImage_fromStdPicture(nullptr), nullptr);
+
+  std::vector<std::array<int32_t, 2>> sizes;
+  EXPECT_EQ(lists->ImageSizesFromStream(PngOf(7, 3, 0xFF000000), sizes), 1);
+  EXPECT_EQ(sizes[0], (std::array<int32_t, 2>{7, 3}));
+  EXPECT_EQ(lists->ImageSizesFromStream(junk, sizes), 0);
+  EXPECT_TRUE(sizes.empty());
 }
 
 }  // namespace
