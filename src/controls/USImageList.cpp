@@ -52,6 +52,13 @@ void USImageList::UserControl_Resize() {
   if (Height() != kHeightTwips) Step([&] { Height(kHeightTwips); });
 }
 
+void USImageList::UserControl_Show() {
+  // Only the designer shows the control; at run time it is a holder of lists and nothing more.
+  Step([&] {
+    if (Ambient().UserMode()) Visible(false);
+  });
+}
+
 Variant USImageList::Invoke(host::StringView name, host::CallKind kind, std::span<Variant> args) {
   if (host::TextEquals(name, u"ImageLists")) return Variant(m_lists);
   return UserControl::Invoke(name, kind, args);

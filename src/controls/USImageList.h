@@ -1,6 +1,6 @@
 #pragma once
-// USImageList: the design-time holder of image lists. It has a fixed size on the form, paints
-// nothing at run time, and persists its lists as list blobs in its property bag:
+// USImageList: the design-time holder of image lists. It has a fixed size on the form, is not
+// shown at run time (a program sees only its lists), and persists its lists as list blobs in its property bag:
 //
 //   "Count"                  number of lists (Long, default 0)
 //   "1Img", "2Img", ...      the export of list 1, 2, ... (byte arrays)
@@ -43,6 +43,7 @@ class USImageList : public host::UserControl {
   void UserControl_ReadProperties(host::PropertyBag& PropBag) override;
   void UserControl_WriteProperties(host::PropertyBag& PropBag) override;
   void UserControl_Resize() override;
+  void UserControl_Show() override;
 
  private:
   std::shared_ptr<imagelist::APIImageLists> m_lists;

@@ -51,8 +51,11 @@ void AddSolid(imagelist::APIListImages& images, uint32_t argb, const char16_t* k
   images.AddImage_fromDIB(pic, Variant::Missing(), key, tag);
 }
 
-TEST_F(USImageListTest, KeepsItsOwnSizeWhateverTheFormAsks) {
+TEST_F(USImageListTest, KeepsItsOwnSizeWhateverTheFormAsksAndHidesAtRunTime) {
   auto c = Make();
+  EXPECT_TRUE(platform::IsWindowVisible(c->hWnd()));  // design time
+  PropertyBag bag;
+  EXPECT_FALSE(platform::IsWindowVisible(Make(&bag)->hWnd()));
   EXPECT_EQ(c->Width(), USImageList::kWidthTwips);
   EXPECT_EQ(c->Height(), USImageList::kHeightTwips);
   c->Move(0, 0, 9000, 100);
