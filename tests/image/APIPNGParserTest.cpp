@@ -333,6 +333,86 @@ TEST(APIPNGParserPixels, EveryColourAndAlphaPremultipliesByTruncation) {
   EXPECT_EQ(d.Alpha(), AlphaComplex);
 }
 
+TEST(APIPNGParserData, SplitImageDataAndDataThatEndsEarly) {
+  // One IDAT is read where it lies, several are gathered: any split of the same zlib stream,
+  // down to one byte per chunk, decodes to the same pixels.
+  PngSpec s;
+  s.width = 23;
+  s.height = 11;
+  s.colorType = 6;
+  std::mt19937 rng(5);
+  for (uint32_t y = 0; y < s.height; ++y) {
+    s.rows.push_back(static_cast<uint8_t>(y % 5));
+    for (uint32_t i = 0; i < s.width * 4; ++i) s.rows.push_back(static_cast<uint8_t>(rng() % 16));
+  }
+  const std::vector<uint8_t> z = platform::ZlibCompress(s.rows, 6, false);
+  for (bool noZlib : {false, true}) {
+    ScopedNoZlib scope(noZlib);
+    API32bppDIB whole;
+    ASSERT_TRUE(load(makePng(s), whole));
+    for (size_t piece : {size_t{1}, size_t{7}, z.size() - 1}) {
+      std::vector<uint8_t> png = test::signature();
+      addChunk(png, "IHDR", test::ihdr(s.width, s.height, 8, 6));
+      for (size_t at = 0; at < z.size(); at += piece) {
+        addChunk(png, "IDAT", std::vector<uint8_t>(z.begin() + static_cast<std::ptrdiff_t>(at),
+                                                   z.begin() + static_cast<std::ptrdiff_t>(std::min(z.size(), at + piece))));
+        if (at == 0) addChunk(png, "tEXt", {'k', 0, 'v'});  // chunks between IDATs are passed over
+      }
+      addChunk(png, "IEND", {});
+      API32bppDIB d;
+      ASSERT_TRUE(load(png, d)) << piece;
+      EXPECT_EQ(0, std::memcmp(d.BitsPointer(), whole.BitsPointer(), size_t{s.width} * s.height * 4)) << piece;
+    }
+  }
+  // A stream that ends after three of five rows: the rest read as zeros, whatever memory the
+  // reader was handed. A large picture decoded first leaves the heap dirty.
+  PngSpec rgb;
+  rgb.width = 4;
+  rgb.height = 5;
+  rgb.rows.assign(3 * 13, 0);
+  for (size_t i = 0; i < rgb.rows.size(); ++i)
+    if (i % 13) rgb.rows[i] = 200;
+  for (bool noZlib : {false, true}) {
+    ScopedNoZlib scope(noZlib);
+    API32bppDIB big, d;
+    ASSERT_TRUE(load(makePng(s), big));
+    ASSERT_TRUE(load(makePng(rgb), d));
+    for (int y = 0; y < 5; ++y)
+      for (int x = 0; x < 4; ++x) EXPECT_EQ(word(d, x, y), y < 3 ? 0xFFC8C8C8u : 0xFF000000u) << x << " " << y;
+  }
+}
+
+TEST(APIPNGParserData, LargePictureDecodesEveryRow) {
+  // Above two megabytes of rows the inflated data lives in its own mapping; every pixel of a
+  // 1024 x 800 RGB picture must still come out, with zlib and without.
+  PngSpec s;
+  s.width = 1024;
+  s.height = 800;
+  s.level = 1;
+  auto sample = [](uint32_t x, uint32_t y, int ch) { return static_cast<uint8_t>((x * (ch + 1) + y * 3 + (x * y >> 7)) & 255); };
+  for (uint32_t y = 0; y < s.height; ++y) {
+    s.rows.push_back(static_cast<uint8_t>(y % 2 ? 0 : 1));
+    std::vector<uint8_t> cur;
+    for (uint32_t x = 0; x < s.width; ++x)
+      for (int ch = 0; ch < 3; ++ch) cur.push_back(sample(x, y, ch));
+    std::vector<uint8_t> sent = filterRow(y % 2 ? 0 : 1, cur, nullptr, 3);
+    s.rows.insert(s.rows.end(), sent.begin(), sent.end());
+  }
+  const std::vector<uint8_t> png = makePng(s);
+  for (bool noZlib : {false, true}) {
+    ScopedNoZlib scope(noZlib);
+    API32bppDIB d;
+    ASSERT_TRUE(load(png, d));
+    int wrong = 0;
+    for (uint32_t y = 0; y < s.height; ++y)
+      for (uint32_t x = 0; x < s.width; ++x) {
+        uint32_t want = 0xFF000000u | uint32_t{sample(x, y, 0)} << 16 | uint32_t{sample(x, y, 1)} << 8 | sample(x, y, 2);
+        if (word(d, static_cast<int>(x), static_cast<int>(y)) != want) ++wrong;
+      }
+    EXPECT_EQ(wrong, 0) << noZlib;
+  }
+}
+
 // A zlib stream whose Adler-32 is wrong: zlib refuses it, the own decoder never looks.
 std::vector<uint8_t> badAdler(std::vector<uint8_t> z) {
   z.back() ^= 1;
