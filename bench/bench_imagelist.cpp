@@ -25,7 +25,8 @@ std::shared_ptr<imagelist::APIImageLists> MakeIcons(int count) {
       for (int x = 0; x < 32; ++x) {
         int dx = x - 16, dy = y - 16, d = dx * dx + dy * dy;
         uint32_t shade = static_cast<uint32_t>((i * 37 + (d >> 5) * 29) & 0xFF);
-        px[y * 32 + x] = d < 196 ? 0xFF000000u | shade << 16 | (shade ^ 0x5A) << 8 | static_cast<uint32_t>(i & 0xFF) : 0;
+        px[y * 32 + x] =
+            d < 196 ? 0xFF000000u | shade << 16 | (shade ^ 0x5A) << 8 | static_cast<uint32_t>(i & 0xFF) : 0;
       }
     list->Images()->AddImage_fromDIB(pic, host::Variant::Missing(), u"icon" + host::FromUtf8(std::to_string(i)),
                                      u"tag");
@@ -46,7 +47,8 @@ void BM_HuffmanCompress1000Icons(benchmark::State& state) {
     benchmark::DoNotOptimize(blob.data());
   }
   state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(strip.Width()) * strip.Height() * 4);
-  state.counters["ratio"] = static_cast<double>(blob.size()) / (static_cast<double>(strip.Width()) * strip.Height() * 4);
+  state.counters["ratio"] =
+      static_cast<double>(blob.size()) / (static_cast<double>(strip.Width()) * strip.Height() * 4);
 }
 BENCHMARK(BM_HuffmanCompress1000Icons)->Unit(benchmark::kMillisecond);
 

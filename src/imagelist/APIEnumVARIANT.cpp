@@ -10,8 +10,7 @@ std::shared_ptr<APIEnumVARIANT> APIEnumVARIANT::Create(std::shared_ptr<APIItemDa
 }
 
 int32_t APIEnumVARIANT::QueryInterface(std::u16string_view iid) const {
-  return host::TextEquals(iid, kIID_IUnknown) || host::TextEquals(iid, kIID_IEnumVARIANT) ? S_OK_
-                                                                                           : E_NOINTERFACE_;
+  return host::TextEquals(iid, kIID_IUnknown) || host::TextEquals(iid, kIID_IEnumVARIANT) ? S_OK_ : E_NOINTERFACE_;
 }
 
 int32_t APIEnumVARIANT::Next(uint32_t celt, std::vector<host::Variant>& out, uint32_t* fetched) {

@@ -1,5 +1,6 @@
 #include "imagelist/APIHuffman.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -54,23 +55,17 @@ class BitWriter {
   int m_used = 0;
 };
 
-// Reads bits in the writer's order. Bits past the end read as zero and are remembered, so a
-// truncated blob is noticed without reading outside the span.
+// Reads the code strings bit by bit in the writer's order. Bits past the end read as zero and
+// are remembered, so a truncated blob is noticed without reading outside the span.
 class BitReader {
  public:
   BitReader(std::span<const uint8_t> data, size_t pos)
       : m_data(data), m_bit(static_cast<uint64_t>(pos) * 8), m_end(static_cast<uint64_t>(data.size()) * 8) {}
-  uint32_t Peek8() const {
-    size_t byte = static_cast<size_t>(m_bit >> 3);
-    uint32_t v = ByteAt(byte) | (ByteAt(byte + 1) << 8);
-    return (v >> (m_bit & 7)) & 0xFF;
-  }
   int Bit() {
     int b = static_cast<int>((ByteAt(static_cast<size_t>(m_bit >> 3)) >> (m_bit & 7)) & 1);
     ++m_bit;
     return b;
   }
-  void Skip(int count) { m_bit += static_cast<uint64_t>(count); }
   void AlignToByte() { m_bit = (m_bit + 7) & ~uint64_t{7}; }
   [[nodiscard]] size_t BytePosition() const { return static_cast<size_t>(m_bit >> 3); }
   [[nodiscard]] bool UsedPhantom() const { return m_bit > m_end; }
@@ -135,10 +130,9 @@ bool APIHuffman::Compress(const image::API32bppDIB* source, std::span<const uint
                           std::vector<uint8_t>& outBlob) {
   std::span<const uint8_t> data = bytes;
   if (source) {
-    data = source->BitsPointer()
-               ? std::span<const uint8_t>(source->BitsPointer(),
-                                          static_cast<size_t>(source->Width()) * source->Height() * 4)
-               : std::span<const uint8_t>();
+    data = source->BitsPointer() ? std::span<const uint8_t>(source->BitsPointer(),
+                                                            static_cast<size_t>(source->Width()) * source->Height() * 4)
+                                 : std::span<const uint8_t>();
   }
 
   std::array<uint64_t, 256> counts{};
@@ -298,20 +292,24 @@ bool APIHuffman::Decompress(std::span<const uint8_t> blob, size_t position, std:
   codeBits.AlignToByte();
   const size_t dataAt = codeBits.BytePosition();
 
-  // A first-level table: the next eight bits either finish a code (symbol and its length) or
-  // lead to an inner node from which the walk goes on bit by bit. -1 marks a path that leaves
-  // the tree, which only a damaged blob takes.
+  // Every code takes at least one bit, so a length beyond the bits present is a lie; it is
+  // refused before anything that size is allocated.
+  if (static_cast<uint64_t>(length) > static_cast<uint64_t>(b.size() - std::min(dataAt, b.size())) * 8) return false;
+
+  // A first-level table over the next kTableBits bits: each entry either finishes a code
+  // (symbol and its length) or names the inner node where a bit-by-bit walk goes on. -1 in both
+  // marks a path that leaves the tree, which only a damaged blob takes.
+  constexpr int kTableBits = 11;
   struct Entry {
     int16_t symbol = -1;
     int16_t node = -1;
     int8_t bits = 0;
   };
-  std::array<Entry, 256> table{};
-  for (int pattern = 0; pattern < 256; ++pattern) {
+  std::vector<Entry> table(size_t{1} << kTableBits);
+  for (uint32_t pattern = 0; pattern < table.size(); ++pattern) {
     int node = 0;
-    int k = 0;
     Entry e;
-    for (; k < 8; ++k) {
+    for (int k = 0; k < kTableBits; ++k) {
       node = tree[node].child[(pattern >> k) & 1];
       if (node == -1) break;
       if (tree[node].symbol != -1) {
@@ -322,33 +320,63 @@ bool APIHuffman::Decompress(std::span<const uint8_t> blob, size_t position, std:
     }
     if (node != -1 && e.symbol == -1) {
       e.node = static_cast<int16_t>(node);
-      e.bits = 8;
+      e.bits = kTableBits;
     }
     table[pattern] = e;
   }
 
   if (!prepare()) return false;
-  BitReader in(b, dataAt);
-  for (uint32_t n = 0; n < length; ++n) {
-    const Entry& e = table[in.Peek8()];
+  // A 64-bit window over the data, refilled a byte at a time; bytes past the end read as zero
+  // and are counted, so a blob that runs out is noticed once the symbols are read.
+  const uint8_t* p = b.data();
+  const size_t end = b.size();
+  size_t pos = dataAt;
+  uint64_t window = 0;
+  int avail = 0;
+  uint64_t phantomBits = 0;
+  auto refill = [&] {
+    while (avail <= 56) {
+      uint64_t byte = 0;
+      if (pos < end)
+        byte = p[pos++];
+      else
+        phantomBits += 8;
+      window |= byte << avail;
+      avail += 8;
+    }
+  };
+  bool ok = true;
+  for (uint32_t n = 0; n < length && ok; ++n) {
+    refill();
+    const Entry& e = table[window & ((1u << kTableBits) - 1)];
     if (e.symbol >= 0) {
       dst[n] = static_cast<uint8_t>(e.symbol);
-      in.Skip(e.bits);
-    } else {
-      if (e.node < 0) return false;
-      in.Skip(8);
-      int node = e.node;
-      while (tree[node].symbol == -1) {
-        node = tree[node].child[in.Bit()];
-        if (node == -1) return false;
-      }
+      window >>= e.bits;
+      avail -= e.bits;
+      continue;
+    }
+    int node = e.node;
+    if (node >= 0) {
+      window >>= kTableBits;
+      avail -= kTableBits;
+    }
+    while (node >= 0 && tree[node].symbol == -1) {
+      if (avail == 0) refill();
+      node = tree[node].child[window & 1];
+      window >>= 1;
+      --avail;
+    }
+    if (node < 0)
+      ok = false;
+    else
       dst[n] = static_cast<uint8_t>(tree[node].symbol);
-    }
-    if (in.UsedPhantom()) {
-      if (target) target->DestroyDIB();
-      outBytes.clear();
-      return false;
-    }
+  }
+  // The zero bits read past the end sit at the top of the window; taking any of them, or a
+  // path out of the tree, means the blob is damaged.
+  if (!ok || phantomBits > static_cast<uint64_t>(avail)) {
+    if (target) target->DestroyDIB();
+    outBytes.clear();
+    return false;
   }
   if (target) target->SetImageType(image::imgBmpPARGB);
   return true;

@@ -35,9 +35,12 @@ std::shared_ptr<APIEnumVARIANT> APIImageList::xcom_IEnum() const { return m_imag
 
 int32_t APIImageList::ClassDataLong(ENUM_DATA_NAMES DataName, uint32_t oID) {
   switch (DataName) {
-    case DataWidth: return m_width;
-    case DataHeight: return m_height;
-    case DataMaxImageCount: return MaxImages();
+    case DataWidth:
+      return m_width;
+    case DataHeight:
+      return m_height;
+    case DataMaxImageCount:
+      return MaxImages();
     default:
       if (auto p = m_parent.lock()) return p->ClassDataLong(DataName, ObjectId());
       return 0;

@@ -180,7 +180,8 @@ void APIImageLists::ClassDataString(ENUM_DATA_NAMES DataName, uint32_t oID, Stri
   if (value.empty()) Raise(kErrInvalidKeyOrIndex, u"ImageLists.Key", u"Invalid Key");
   String& key = m_keys[static_cast<size_t>(p)];
   KeySearch s = m_keyIndex.Search(value);
-  if (s.found && m_keyIndex.Entries()[s.position].id != oID) Raise(kErrDuplicatedKey, u"ImageLists.Key", kMsgDuplicatedKey);
+  if (s.found && m_keyIndex.Entries()[s.position].id != oID)
+    Raise(kErrDuplicatedKey, u"ImageLists.Key", kMsgDuplicatedKey);
   if (!key.empty()) m_keyIndex.Remove(key);
   key = String(value);
   m_keyIndex.Insert(m_keyIndex.Search(key).position, key, oID);

@@ -47,8 +47,7 @@ class APIImageLists : public host::Object, public APIItemData {
     return MaxImagesFor(imageWidth, imageHeight);
   }
   // Raises 1963 for a key in use and 1973 when InitImageCount cells exceed the budget.
-  std::shared_ptr<APIImageList> Add(int32_t Width, int32_t Height, host::StringView Key,
-                                    int32_t InitImageCount = 1);
+  std::shared_ptr<APIImageList> Add(int32_t Width, int32_t Height, host::StringView Key, int32_t InitImageCount = 1);
   [[nodiscard]] bool IsKeyAssigned(host::StringView Key) const { return m_keyIndex.Search(Key).found; }
   // Adds a list from a blob. Key is in-out: a key given replaces the blob's, and a key in use
   // gets " (n)"-style counters, "key(2)", until unique; Key returns the key in force. Nothing

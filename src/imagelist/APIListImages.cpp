@@ -22,14 +22,15 @@ namespace {
 constexpr size_t kGrowStep = 3;
 
 // Copies a block of whole cells between strips of the same cell size, row by row.
-void CopyCells(const image::API32bppDIB& from, int32_t fromCell, image::API32bppDIB& to, int32_t toCell,
-               int32_t cells, int32_t cellWidth) {
+void CopyCells(const image::API32bppDIB& from, int32_t fromCell, image::API32bppDIB& to, int32_t toCell, int32_t cells,
+               int32_t cellWidth) {
   if (cells <= 0) return;
   const size_t bytes = static_cast<size_t>(cells) * cellWidth * 4;
   for (int32_t row = 0; row < from.Height(); ++row) {
     const uint8_t* s = from.BitsPointer() + static_cast<size_t>(row) * from.scanWidth() +
                        static_cast<size_t>(fromCell) * cellWidth * 4;
-    uint8_t* d = to.BitsPointer() + static_cast<size_t>(row) * to.scanWidth() + static_cast<size_t>(toCell) * cellWidth * 4;
+    uint8_t* d =
+        to.BitsPointer() + static_cast<size_t>(row) * to.scanWidth() + static_cast<size_t>(toCell) * cellWidth * 4;
     std::memmove(d, s, bytes);
   }
 }
@@ -37,15 +38,14 @@ void CopyCells(const image::API32bppDIB& from, int32_t fromCell, image::API32bpp
 void ZeroCells(image::API32bppDIB& strip, int32_t cell, int32_t cells, int32_t cellWidth) {
   if (cells <= 0) return;
   for (int32_t row = 0; row < strip.Height(); ++row)
-    std::memset(strip.BitsPointer() + static_cast<size_t>(row) * strip.scanWidth() +
-                    static_cast<size_t>(cell) * cellWidth * 4,
-                0, static_cast<size_t>(cells) * cellWidth * 4);
+    std::memset(
+        strip.BitsPointer() + static_cast<size_t>(row) * strip.scanWidth() + static_cast<size_t>(cell) * cellWidth * 4,
+        0, static_cast<size_t>(cells) * cellWidth * 4);
 }
 
 }  // namespace
 
-APIListImages::APIListImages(std::weak_ptr<APIItemData> parent, int32_t Width, int32_t Height,
-                             int32_t initialCells)
+APIListImages::APIListImages(std::weak_ptr<APIItemData> parent, int32_t Width, int32_t Height, int32_t initialCells)
     : m_parent(std::move(parent)), m_width(Width), m_height(Height), m_initialCells(std::max(1, initialCells)) {}
 
 APIListImages::~APIListImages() = default;
@@ -122,8 +122,10 @@ void APIListImages::Remove(const Variant& Index) {
   // Positions above the removed one fall by one; the removed id leaves the table.
   uint32_t gone = 0;
   for (auto& e : m_idIndex) {
-    if (e.second == p) gone = e.first;
-    else if (e.second > p) --e.second;
+    if (e.second == p)
+      gone = e.first;
+    else if (e.second > p)
+      --e.second;
   }
   std::erase_if(m_idIndex, [gone](const auto& e) { return e.first == gone; });
   if (m_items.size() + kGrowStep <= m_capacity) m_capacity -= kGrowStep;
@@ -288,9 +290,12 @@ std::shared_ptr<APIListImage> APIListImages::AddImage_fromDIB(const image::API32
   // reserve when full, and rebuilt with a gap for an insertion in the middle.
   const int32_t reserve = StripCells() == 0 ? m_initialCells : static_cast<int32_t>(m_capacity);
   const int32_t wanted = std::max<int32_t>(Count() + 1, std::min<int32_t>(reserve, MaxImages()));
-  if (position < Count()) appendCells(std::max(wanted, StripCells()), position, 1);
-  else if (Count() + 1 > StripCells()) appendCells(wanted, position, 0);
-  else EnsureDecoded();
+  if (position < Count())
+    appendCells(std::max(wanted, StripCells()), position, 1);
+  else if (Count() + 1 > StripCells())
+    appendCells(wanted, position, 0);
+  else
+    EnsureDecoded();
 
   auto self = std::static_pointer_cast<APIListImages>(shared_from_this());
   auto image = std::make_shared<APIListImage>(std::weak_ptr<APIItemData>(std::shared_ptr<APIItemData>(self)));
@@ -338,12 +343,16 @@ void APIListImages::MoveTo(int32_t from, int32_t to) {
   for (int32_t row = 0; row < m_height; ++row) {
     auto* px = reinterpret_cast<uint32_t*>(m_sheet.BitsPointer() + static_cast<size_t>(row) * m_sheet.scanWidth()) +
                static_cast<size_t>(lo) * m_width;
-    if (from < to) std::rotate(px, px + m_width, px + span);
-    else std::rotate(px, px + span - m_width, px + span);
+    if (from < to)
+      std::rotate(px, px + m_width, px + span);
+    else
+      std::rotate(px, px + span - m_width, px + span);
   }
   auto rotateVec = [&](auto& v) {
-    if (from < to) std::rotate(v.begin() + lo, v.begin() + lo + 1, v.begin() + hi + 1);
-    else std::rotate(v.begin() + lo, v.begin() + hi, v.begin() + hi + 1);
+    if (from < to)
+      std::rotate(v.begin() + lo, v.begin() + lo + 1, v.begin() + hi + 1);
+    else
+      std::rotate(v.begin() + lo, v.begin() + hi, v.begin() + hi + 1);
   };
   rotateVec(m_items);
   rotateVec(m_tags);
@@ -367,8 +376,10 @@ int32_t APIListImages::ClassDataLong(ENUM_DATA_NAMES DataName, uint32_t oID) {
     case DataMaxImageCount:
     case DataGDIToken:
       if (auto p = m_parent.lock()) return p->ClassDataLong(DataName, ObjectId());
-      return DataName == DataWidth ? m_width : DataName == DataHeight ? m_height
-             : DataName == DataMaxImageCount ? MaxImagesFor(m_width, m_height) : 0;
+      return DataName == DataWidth           ? m_width
+             : DataName == DataHeight        ? m_height
+             : DataName == DataMaxImageCount ? MaxImagesFor(m_width, m_height)
+                                             : 0;
     default:
       return 0;
   }
@@ -395,8 +406,10 @@ String APIListImages::ClassDataString(ENUM_DATA_NAMES DataName, uint32_t oID) {
 void APIListImages::ClassDataString(ENUM_DATA_NAMES DataName, uint32_t oID, StringView value) {
   int32_t p = PositionOf(oID);
   if (p < 0) return;
-  if (DataName == DataKey) SetKey(p, value);
-  else if (DataName == DataTag) m_tags[static_cast<size_t>(p)] = String(value);
+  if (DataName == DataKey)
+    SetKey(p, value);
+  else if (DataName == DataTag)
+    m_tags[static_cast<size_t>(p)] = String(value);
 }
 
 Variant APIListImages::ClassDataObject(ENUM_DATA_NAMES DataName, uint32_t) {
@@ -409,9 +422,7 @@ std::shared_ptr<APIEnumVARIANT> APIListImages::xcom_IEnum() {
   return APIEnumVARIANT::Create(std::static_pointer_cast<APIListImages>(shared_from_this()));
 }
 
-APIListImages::iterator::value_type APIListImages::iterator::operator*() const {
-  return m_owner->m_items[m_i].image;
-}
+APIListImages::iterator::value_type APIListImages::iterator::operator*() const { return m_owner->m_items[m_i].image; }
 
 std::vector<Variant> APIListImages::EnumerateItems() {
   std::vector<Variant> out;

@@ -84,7 +84,8 @@ class APIListImages : public host::Object, public APIItemData {
                                                         const host::Variant& Index = host::Variant::Missing(),
                                                         host::StringView Key = u"", host::StringView Tag = u"",
                                                         bool Scaled = true);
-  std::shared_ptr<APIListImage> AddImage_fromHandle(uint32_t Handle, const host::Variant& Index = host::Variant::Missing(),
+  std::shared_ptr<APIListImage> AddImage_fromHandle(uint32_t Handle,
+                                                    const host::Variant& Index = host::Variant::Missing(),
                                                     host::StringView Key = u"", host::StringView Tag = u"",
                                                     bool Scaled = true);
   std::shared_ptr<APIListImage> AddImage_fromClipBoard(const host::Variant& Index = host::Variant::Missing(),
@@ -100,9 +101,9 @@ class APIListImages : public host::Object, public APIItemData {
   // Draws one cell. Sizes of 0 take the cell's; the source never reaches past its cell.
   // Raises 1962 for an unknown image; with no images does nothing.
   void Render(const host::Variant& Index, platform::HDC destinationDC, int32_t DestX, int32_t DestY,
-              int32_t DestWidth = 0, int32_t DestHeight = 0, int32_t srcX = 0, int32_t srcY = 0,
-              int32_t srcwidth = 0, int32_t srcheight = 0, int32_t Opacity = 100, int32_t grayScale = -1,
-              int32_t LightAdjustment = 0, float Angle = 0, image::API32bppDIB* destHostDIB = nullptr);
+              int32_t DestWidth = 0, int32_t DestHeight = 0, int32_t srcX = 0, int32_t srcY = 0, int32_t srcwidth = 0,
+              int32_t srcheight = 0, int32_t Opacity = 100, int32_t grayScale = -1, int32_t LightAdjustment = 0,
+              float Angle = 0, image::API32bppDIB* destHostDIB = nullptr);
   // Draws a run of images left to right into boxes of imageWidth x imageHeight at DestY.
   void RenderRange(const host::Variant& StartIndex, const host::Variant& StopIndex, platform::HDC destinationDC,
                    int32_t DestX, int32_t DestY, int32_t imageWidth, int32_t imageHeight,
@@ -111,9 +112,9 @@ class APIListImages : public host::Object, public APIItemData {
   [[nodiscard]] platform::HICON ExtractIcon(const host::Variant& Index, int32_t& Rtn_BitDepth,
                                             ExtractedIcon* details = nullptr);
   [[nodiscard]] platform::HICON ExtractIconEx(const host::Variant& Index, bool MirrorAxisX, bool MirrorAxisY,
-                                              int32_t Opacity, int32_t grayScale, int32_t LightAdjustment,
-                                              float Angle, int32_t& Rtn_iconWidth, int32_t& Rtn_iconHeight,
-                                              int32_t& Rtn_BitDepth, ExtractedIcon* details = nullptr);
+                                              int32_t Opacity, int32_t grayScale, int32_t LightAdjustment, float Angle,
+                                              int32_t& Rtn_iconWidth, int32_t& Rtn_iconHeight, int32_t& Rtn_BitDepth,
+                                              ExtractedIcon* details = nullptr);
 
   // ---- the strip ----
   // The strip, decoded first if needed (raises 1977 when it cannot be). Callers must not resize it.
@@ -148,8 +149,15 @@ class APIListImages : public host::Object, public APIItemData {
     iterator() = default;
     iterator(const APIListImages* owner, size_t i) : m_owner(owner), m_i(i) {}
     value_type operator*() const;
-    iterator& operator++() { ++m_i; return *this; }
-    iterator operator++(int) { iterator t = *this; ++m_i; return t; }
+    iterator& operator++() {
+      ++m_i;
+      return *this;
+    }
+    iterator operator++(int) {
+      iterator t = *this;
+      ++m_i;
+      return t;
+    }
     friend bool operator==(const iterator& a, const iterator& b) { return a.m_i == b.m_i; }
 
    private:

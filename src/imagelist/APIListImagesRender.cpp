@@ -50,8 +50,10 @@ void APIListImages::RenderRange(const Variant& StartIndex, const Variant& StopIn
   // One session for the whole run instead of one per image: the system codec's where it is
   // enabled, otherwise the strip's own device context.
   const bool codec = m_sheet.isGDIplusEnabled();
-  if (codec) m_sheet.KeepGDIplusActive(true);
-  else m_sheet.ManageOwnDC(true);
+  if (codec)
+    m_sheet.KeepGDIplusActive(true);
+  else
+    m_sheet.ManageOwnDC(true);
   int32_t x = DestX;
   for (int32_t i = start; i <= stop; ++i, x += imageWidth) {
     if (imageWidth <= m_width) {
@@ -84,8 +86,8 @@ platform::HICON APIListImages::ExtractIcon(const Variant& Index, int32_t& Rtn_Bi
   return MakeIcon(cell, Rtn_BitDepth, details);
 }
 
-platform::HICON APIListImages::ExtractIconEx(const Variant& Index, bool MirrorAxisX, bool MirrorAxisY,
-                                             int32_t Opacity, int32_t grayScale, int32_t LightAdjustment, float Angle,
+platform::HICON APIListImages::ExtractIconEx(const Variant& Index, bool MirrorAxisX, bool MirrorAxisY, int32_t Opacity,
+                                             int32_t grayScale, int32_t LightAdjustment, float Angle,
                                              int32_t& Rtn_iconWidth, int32_t& Rtn_iconHeight, int32_t& Rtn_BitDepth,
                                              ExtractedIcon* details) {
   int32_t p = Count() ? Locate(Index) : -1;

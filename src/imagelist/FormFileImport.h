@@ -20,10 +20,10 @@ class APIImageList;
 class APIImageLists;
 
 struct FormImportResult {
-  bool isForm = false;           // false: not a form file, or one the reader refused
-  std::string error;             // why, when isForm is false
+  bool isForm = false;  // false: not a form file, or one the reader refused
+  std::string error;    // why, when isForm is false
   std::vector<std::shared_ptr<APIImageList>> lists;
-  int32_t imagesSkipped = 0;     // pictures that could not be read, or keys already taken
+  int32_t imagesSkipped = 0;  // pictures that could not be read, or keys already taken
 };
 
 // Adds every image list found in the form file to lists. Never throws for a bad file; errors of

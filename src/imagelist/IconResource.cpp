@@ -105,7 +105,8 @@ std::vector<uint8_t> BuildIconResource(const image::API32bppDIB& picture, int32_
       if (a == 0) m[x / 8] |= static_cast<uint8_t>(0x80 >> (x % 8));
       if (depth == 32) {
         // Straight alpha in the resource; transparent pixels stay all zero.
-        for (int c = 0; c < 3; ++c) dst[x * 4 + c] = a == 0 ? 0 : a == 255 ? p[c] : static_cast<uint8_t>(p[c] * 255 / a);
+        for (int c = 0; c < 3; ++c)
+          dst[x * 4 + c] = a == 0 ? 0 : a == 255 ? p[c] : static_cast<uint8_t>(p[c] * 255 / a);
         dst[x * 4 + 3] = a;
         continue;
       }
@@ -150,8 +151,9 @@ platform::HICON CreateIconFromResourceImage(std::span<const uint8_t> res) {
       if (depth == 32) {
         std::memcpy(&v, c + x * 4, 4);
       } else {
-        uint32_t index = depth == 8 ? c[x] : depth == 4 ? (x % 2 ? c[x / 2] & 15u : c[x / 2] >> 4)
-                                                        : (c[x / 8] >> (7 - x % 8)) & 1u;
+        uint32_t index = depth == 8   ? c[x]
+                         : depth == 4 ? (x % 2 ? c[x / 2] & 15u : c[x / 2] >> 4)
+                                      : (c[x / 8] >> (7 - x % 8)) & 1u;
         const uint8_t* q = pal + index * 4;
         v = q[0] | (q[1] << 8) | (static_cast<uint32_t>(q[2]) << 16);
       }

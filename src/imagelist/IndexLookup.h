@@ -15,11 +15,16 @@ namespace mx::imagelist::detail {
 inline std::optional<int32_t> NumericPosition(const host::Variant& v, int32_t count, bool& isNumber) {
   isNumber = true;
   double d;
-  if (auto* i = v.TryGet<int16_t>()) d = *i;
-  else if (auto* l = v.TryGet<int32_t>()) d = *l;
-  else if (auto* f = v.TryGet<float>()) d = *f;
-  else if (auto* g = v.TryGet<double>()) d = *g;
-  else if (auto* b = v.TryGet<uint8_t>()) d = *b;
+  if (auto* i = v.TryGet<int16_t>())
+    d = *i;
+  else if (auto* l = v.TryGet<int32_t>())
+    d = *l;
+  else if (auto* f = v.TryGet<float>())
+    d = *f;
+  else if (auto* g = v.TryGet<double>())
+    d = *g;
+  else if (auto* b = v.TryGet<uint8_t>())
+    d = *b;
   else {
     isNumber = false;
     return std::nullopt;

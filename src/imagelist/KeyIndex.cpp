@@ -18,8 +18,10 @@ KeySearch KeyIndex::Search(host::StringView key) const {
       r.position = mid;
       return r;
     }
-    if (c > 0) low = mid + 1;
-    else high = mid;
+    if (c > 0)
+      low = mid + 1;
+    else
+      high = mid;
   }
   r.position = c > 0 ? mid + 1 : mid;
   return r;

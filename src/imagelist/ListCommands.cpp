@@ -44,10 +44,14 @@ int Create(const std::vector<std::string>& a, std::ostream& out, std::ostream& e
   std::string key, size;
   std::vector<std::string> files;
   for (size_t i = 2; i < a.size(); ++i) {
-    if (a[i] == "--key" && i + 1 < a.size()) key = a[++i];
-    else if (a[i] == "--size" && i + 1 < a.size()) size = a[++i];
-    else if (a[i].rfind("--", 0) == 0) return Usage(err);
-    else files.push_back(a[i]);
+    if (a[i] == "--key" && i + 1 < a.size())
+      key = a[++i];
+    else if (a[i] == "--size" && i + 1 < a.size())
+      size = a[++i];
+    else if (a[i].rfind("--", 0) == 0)
+      return Usage(err);
+    else
+      files.push_back(a[i]);
   }
   int32_t w = 0, h = 0;
   if (key.empty() || !ParseSize(size, w, h)) return Usage(err);

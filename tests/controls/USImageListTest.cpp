@@ -32,8 +32,10 @@ class USImageListTest : public ::testing::Test {
   std::shared_ptr<USImageList> Make(PropertyBag* bag = nullptr, float w = 3000, float h = 2000) {
     auto c = std::make_shared<USImageList>();
     c->Move(0, 0, w, h);
-    if (bag) c->LoadFrom(*bag, true);
-    else c->LoadNew(false);
+    if (bag)
+      c->LoadFrom(*bag, true);
+    else
+      c->LoadNew(false);
     c->ShowControl();
     platform::PumpMessages();
     m_controls.push_back(c);
@@ -123,8 +125,8 @@ TEST_F(USImageListTest, TheLateBoundListsAndTheDirtyMark) {
   c->UpdateLists();
   ASSERT_FALSE(c->ChangedProperties().empty());
   EXPECT_EQ(c->ChangedProperties().back(), u"UpdateLists");
-  Variant lists = host::CallByName(Variant(std::static_pointer_cast<host::Object>(c)), u"ImageLists",
-                                   host::CallKind::Get);
+  Variant lists =
+      host::CallByName(Variant(std::static_pointer_cast<host::Object>(c)), u"ImageLists", host::CallKind::Get);
   EXPECT_EQ(lists.Obj(), c->ImageLists());
 }
 

@@ -25,15 +25,23 @@ std::vector<uint8_t> RoundTrip(const std::vector<uint8_t>& data, std::vector<uin
 std::vector<uint8_t> Sample(std::mt19937& rng, size_t n, int kind) {
   std::vector<uint8_t> v(n);
   switch (kind) {
-    case 0: for (auto& b : v) b = static_cast<uint8_t>(rng()); break;                // all 256
-    case 1: for (auto& b : v) b = static_cast<uint8_t>(rng() % 3); break;             // few
-    case 2: {                                                                         // skewed
+    case 0:
+      for (auto& b : v) b = static_cast<uint8_t>(rng());
+      break;  // all 256
+    case 1:
+      for (auto& b : v) b = static_cast<uint8_t>(rng() % 3);
+      break;   // few
+    case 2: {  // skewed
       std::geometric_distribution<int> g(0.3);
       for (auto& b : v) b = static_cast<uint8_t>(std::min(g(rng), 255));
       break;
     }
-    case 3: for (size_t i = 0; i < n; ++i) v[i] = static_cast<uint8_t>((i / 37) * 11); break;  // runs
-    default: for (auto& b : v) b = static_cast<uint8_t>(rng() % 2 ? 0 : 255); break;           // two
+    case 3:
+      for (size_t i = 0; i < n; ++i) v[i] = static_cast<uint8_t>((i / 37) * 11);
+      break;  // runs
+    default:
+      for (auto& b : v) b = static_cast<uint8_t>(rng() % 2 ? 0 : 255);
+      break;  // two
   }
   return v;
 }

@@ -4,12 +4,12 @@
 #include <filesystem>
 #include <fstream>
 
+#include "ImageListTestSupport.h"
 #include "imagelist/APIImageList.h"
 #include "imagelist/APIImageLists.h"
 #include "imagelist/APIListImage.h"
 #include "imagelist/APIListImages.h"
 #include "imagelist/FormFileImport.h"
-#include "ImageListTestSupport.h"
 
 namespace mx::imagelist {
 namespace {
@@ -77,8 +77,8 @@ TEST(FormFileImport, RefusesWhatIsNoFormAndDamagedCompanions) {
   // An image whose bytes are no picture is skipped; the rest of the list comes in.
   std::string damaged = frx;
   damaged[0x67 + 28] = 'X';  // the green picture's PNG signature
-  std::ofstream((dir / "icons.frx").string(), std::ios::binary | std::ios::trunc).write(damaged.data(),
-                                                                                          static_cast<long>(damaged.size()));
+  std::ofstream((dir / "icons.frx").string(), std::ios::binary | std::ios::trunc)
+      .write(damaged.data(), static_cast<long>(damaged.size()));
   r = ImportImageListsFromForm(*lists, (dir / "icons.frm").string());
   ASSERT_TRUE(r.isForm) << r.error;
   EXPECT_EQ(r.imagesSkipped, 1);

@@ -4,17 +4,17 @@
 #include <algorithm>
 #include <random>
 
+#include "ImageListTestSupport.h"
 #include "host/Err.h"
+#include "host/StdPicture.h"
 #include "host/Strings.h"
+#include "image/PictureBinding.h"
 #include "imagelist/APIEnumVARIANT.h"
 #include "imagelist/APIImageList.h"
 #include "imagelist/APIImageLists.h"
 #include "imagelist/APIListImage.h"
 #include "imagelist/APIListImages.h"
-#include "image/PictureBinding.h"
 #include "imagelist/KeyIndex.h"
-#include "host/StdPicture.h"
-#include "ImageListTestSupport.h"
 
 namespace mx::imagelist {
 namespace {
@@ -100,8 +100,7 @@ TEST(APIImageLists, KeyAndIndexOfAList) {
   auto b = lists->Add(8, 8, u"b");
   auto c = lists->Add(8, 8, u"c");
   ExpectError([&] { b->Key(u""); }, 1962, u"ImageLists.Key", u"Invalid Key");
-  ExpectError([&] { b->Key(u"C"); }, 1963, u"ImageLists.Key",
-              u"Duplicated Key. Key already exists in this collection");
+  ExpectError([&] { b->Key(u"C"); }, 1963, u"ImageLists.Key", u"Duplicated Key. Key already exists in this collection");
   b->Key(u"B");  // a change of case is a rename of its own key
   b->Key(u"zeta");
   EXPECT_EQ(lists->Item(u"ZETA"), b);

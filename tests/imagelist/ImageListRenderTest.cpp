@@ -2,12 +2,12 @@
 // runs of cells, and icons made from a cell.
 #include <gtest/gtest.h>
 
+#include "ImageListTestSupport.h"
 #include "host/Err.h"
 #include "imagelist/APIImageList.h"
 #include "imagelist/APIImageLists.h"
 #include "imagelist/APIListImages.h"
 #include "imagelist/ByteIO.h"
-#include "ImageListTestSupport.h"
 #include "platform/Gdi.h"
 
 namespace mx::imagelist {
@@ -94,8 +94,7 @@ TEST(ImageListRender, RangesDrawBoxesLeftToRight) {
   // Wider boxes show each cell at its size, centred in its box.
   dest = Solid(12, 4, 0);
   f.images->RenderRange(1, 3, 0, 0, 0, 4, 4, dest.get());
-  EXPECT_EQ(Picture(*dest), (std::vector<std::string>{"............", ".RR..BB..GG.", ".RR..BB..GG.",
-                                                      "............"}));
+  EXPECT_EQ(Picture(*dest), (std::vector<std::string>{"............", ".RR..BB..GG.", ".RR..BB..GG.", "............"}));
   dest = Solid(12, 4, 0);
   f.images->RenderRange(3, 1, 0, 0, 0, 4, 4, dest.get());  // stop before start: nothing
   EXPECT_EQ(Picture(*dest)[1], "............");

@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <sstream>
 
-#include "imagelist/ListCommands.h"
 #include "ImageListTestSupport.h"
+#include "imagelist/ListCommands.h"
 
 namespace mx::imagelist {
 namespace {
@@ -41,8 +41,7 @@ class MxilCommands : public ::testing::Test {
 };
 
 TEST_F(MxilCommands, CreateListExtract) {
-  Result r = RunMxil({"create", P("out.lIL"), "--key", "toolbar", "--size", "6x6", P("red.png"),
-                                 P("blue.bar.png")});
+  Result r = RunMxil({"create", P("out.lIL"), "--key", "toolbar", "--size", "6x6", P("red.png"), P("blue.bar.png")});
   ASSERT_EQ(r.code, 0) << r.err;
   r = RunMxil({"list", P("out.lIL")});
   ASSERT_EQ(r.code, 0) << r.err;

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "ImageListTestSupport.h"
 #include "host/Err.h"
 #include "imagelist/APIHuffman.h"
 #include "imagelist/APIImageList.h"
@@ -13,7 +14,6 @@
 #include "imagelist/APIListImage.h"
 #include "imagelist/APIListImages.h"
 #include "imagelist/ByteIO.h"
-#include "ImageListTestSupport.h"
 
 namespace mx::imagelist {
 namespace {
@@ -30,7 +30,8 @@ using test::Solid;
 std::unique_ptr<image::API32bppDIB> Pattern(int seed) {
   auto dib = Solid(5, 4, 0xFF000000u | static_cast<uint32_t>(seed * 0x010203));
   for (int y = 0; y < 4; ++y)
-    for (int x = 0; x < 5; ++x) SetPixelAt(*dib, x, y, 0xFF000000u | static_cast<uint32_t>((seed * 37 + x * 11 + y * 53) * 0x9E3779u & 0xFFFFFF));
+    for (int x = 0; x < 5; ++x)
+      SetPixelAt(*dib, x, y, 0xFF000000u | static_cast<uint32_t>((seed * 37 + x * 11 + y * 53) * 0x9E3779u & 0xFFFFFF));
   SetPixelAt(*dib, seed % 5, seed % 4, 0);
   return dib;
 }
@@ -84,8 +85,8 @@ TEST(Livl, LayoutFieldByField) {
   EXPECT_EQ(GetU32(b, 16), 10u);  // "icons"
   EXPECT_EQ(GetText(b, 20, 10), u"icons");
   const size_t h = 30;
-  EXPECT_EQ(GetU32(b, h), 2u);       // images
-  EXPECT_EQ(GetU32(b, h + 4), 2u);   // with a key
+  EXPECT_EQ(GetU32(b, h), 2u);      // images
+  EXPECT_EQ(GetU32(b, h + 4), 2u);  // with a key
   EXPECT_EQ(GetU32(b, h + 8), 5u);
   EXPECT_EQ(GetU32(b, h + 12), 4u);
   // Name records: "img1" / "tag 1", then "img2" / "tag 2".
@@ -100,7 +101,7 @@ TEST(Livl, LayoutFieldByField) {
   EXPECT_EQ(formatPos, at + 1);
   EXPECT_EQ(GetU32(b, at), 3u);
   EXPECT_EQ(GetU16(b, at + 4), 0u);  // DelayLoaded False
-  EXPECT_EQ(b[at + 6], 0);          // a picture file
+  EXPECT_EQ(b[at + 6], 0);           // a picture file
   EXPECT_EQ(std::memcmp(b.data() + at + 7, "\x89PNG", 4), 0);
 }
 
