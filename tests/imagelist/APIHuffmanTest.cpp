@@ -144,6 +144,15 @@ TEST(APIHuffman, TruncatedOrDamagedBlobsFailCleanly) {
   APIHuffman h;
   std::vector<uint8_t> back;
   image::API32bppDIB dst;
+  // A length far beyond what the data bits can hold is refused before anything is allocated.
+  std::vector<uint8_t> blob, few(4000);
+  for (size_t i = 0; i < few.size(); ++i) few[i] = static_cast<uint8_t>(i % 3);
+  h.Compress(nullptr, few, blob);
+  ASSERT_EQ(blob[1], '3');
+  blob[4] = blob[5] = blob[6] = 0xFF;
+  blob[7] = 0x7F;
+  EXPECT_FALSE(h.Decompress(blob, 0, back, nullptr));
+  EXPECT_TRUE(back.empty());
   // A surface blob whose size fields disagree with its length is refused.
   std::vector<uint8_t> lying = {0x0D, '0', 'E', 'H', 16, 0, 0, 0, 3, 0, 0, 0, 3, 0, 0, 0};
   lying.resize(16 + 16);
