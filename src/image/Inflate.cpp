@@ -118,36 +118,17 @@ constexpr int kLitFastBits = 11;
 constexpr int kDistFastBits = 9;
 constexpr int kLenCodeFastBits = 7;  // the code-length code never exceeds 7 bits
 
-class Decoder {
- public:
-  Decoder(std::span<const uint8_t> in, std::span<uint8_t> out, bool d64)
-      : m_in(in.data()), m_inSize(in.size()), m_out(out.data()), m_outSize(out.size()), m_deflate64(d64) {}
+// The input and its bit accumulator. A plain value: the decoding loop copies it into locals,
+// which the compiler can keep in registers (stores through the output's byte pointer may
+// alias any member, so members would be reloaded after each one).
+struct BitReader {
+  const uint8_t* in;
+  size_t size;
+  size_t pos = 0;
+  uint64_t bits = 0;
+  int count = 0;
+  int overrun = 0;  // zero bits shifted in past the end of the input
 
-  InflateResult run() {
-    InflateResult r;
-    bool last = false;
-    while (!last) {
-      if (!refill()) return r;
-      last = take(1) != 0;
-      uint32_t type = take(2);
-      bool ok = false;
-      if (type == 0) {
-        ok = stored();
-      } else if (type == 1) {
-        ok = fixed();
-      } else if (type == 2) {
-        ok = dynamic();
-      }
-      if (!ok) return r;
-    }
-    // Zero padding past the input's end was read as data: the stream was cut short.
-    if (m_overrunBits > m_bitCount) return r;
-    r.ok = true;
-    r.produced = m_outPos;
-    return r;
-  }
-
- private:
   // Tops the accumulator up to at least 56 bits. With eight input bytes left this is one
   // unaligned load: the bytes are or-ed in above the bits held and the read position moves by
   // the whole bytes that fitted. The part of a byte that did not fit is read again next time,
@@ -157,26 +138,26 @@ class Decoder {
   // Once any of those zeros has been consumed the stream was cut short and decoding can only
   // fail, so it stops there (false).
   bool refill() {
-    if (m_bitCount >= 56) return true;
-    if (m_inSize - m_inPos >= 8) {
+    if (count >= 56) return true;
+    if (size - pos >= 8) {
       uint64_t w;
-      std::memcpy(&w, m_in + m_inPos, 8);
+      std::memcpy(&w, in + pos, 8);
       if constexpr (std::endian::native == std::endian::big) w = byteswap64(w);
-      m_bits |= w << m_bitCount;
-      m_inPos += static_cast<size_t>((63 - m_bitCount) >> 3);
-      m_bitCount |= 56;
+      bits |= w << count;
+      pos += static_cast<size_t>((63 - count) >> 3);
+      count |= 56;
       return true;
     }
-    if (m_overrunBits > m_bitCount) return false;
-    while (m_bitCount <= 56) {
+    if (overrun > count) return false;
+    while (count <= 56) {
       uint64_t byte = 0;
-      if (m_inPos < m_inSize) {
-        byte = m_in[m_inPos++];
+      if (pos < size) {
+        byte = in[pos++];
       } else {
-        m_overrunBits += 8;
+        overrun += 8;
       }
-      m_bits |= byte << m_bitCount;
-      m_bitCount += 8;
+      bits |= byte << count;
+      count += 8;
     }
     return true;
   }
@@ -187,9 +168,9 @@ class Decoder {
   }
   // n <= 32 bits, all of them held.
   uint32_t take(uint32_t n) {
-    uint32_t v = static_cast<uint32_t>(m_bits & ((uint64_t{1} << n) - 1));
-    m_bits >>= n;
-    m_bitCount -= static_cast<int>(n);
+    uint32_t v = static_cast<uint32_t>(bits & ((uint64_t{1} << n) - 1));
+    bits >>= n;
+    count -= static_cast<int>(n);
     return v;
   }
 
@@ -197,7 +178,7 @@ class Decoder {
   // least 15 bits must be held.
   template <int FastBits>
   uint32_t decode(const Huffman<FastBits>& h) {
-    uint32_t e = h.fast[m_bits & ((1u << FastBits) - 1)];
+    uint32_t e = h.fast[bits & ((1u << FastBits) - 1)];
     if (codeLength(e) != 0) {
       take(codeLength(e));
       return e;
@@ -216,26 +197,58 @@ class Decoder {
     return entry(kInvalid, 0, 0);
   }
 
+};
+
+class Decoder {
+ public:
+  Decoder(std::span<const uint8_t> in, std::span<uint8_t> out, bool d64)
+      : m_br{in.data(), in.size()}, m_out(out.data()), m_outSize(out.size()), m_deflate64(d64) {}
+
+  InflateResult run() {
+    InflateResult r;
+    bool last = false;
+    while (!last) {
+      if (!m_br.refill()) return r;
+      last = m_br.take(1) != 0;
+      uint32_t type = m_br.take(2);
+      bool ok = false;
+      if (type == 0) {
+        ok = stored();
+      } else if (type == 1) {
+        ok = fixed();
+      } else if (type == 2) {
+        ok = dynamic();
+      }
+      if (!ok) return r;
+    }
+    // Zero padding past the input's end was read as data: the stream was cut short.
+    if (m_br.overrun > m_br.count) return r;
+    r.ok = true;
+    r.produced = m_outPos;
+    return r;
+  }
+
+ private:
   bool stored() {
     // The block's header ends at the next byte boundary.
-    take(static_cast<uint32_t>(m_bitCount & 7));
-    if (!refill()) return false;
-    uint32_t len = take(16), nlen = take(16);
+    m_br.take(static_cast<uint32_t>(m_br.count & 7));
+    if (!m_br.refill()) return false;
+    uint32_t len = m_br.take(16), nlen = m_br.take(16);
     if (len != (~nlen & 0xFFFF)) return false;
     // Whole bytes still in the accumulator come first, then straight from the input.
-    while (len > 0 && m_bitCount >= 8) {
+    while (len > 0 && m_br.count >= 8) {
       if (m_outPos >= m_outSize) return false;
-      m_out[m_outPos++] = static_cast<uint8_t>(take(8));
+      m_out[m_outPos++] = static_cast<uint8_t>(m_br.take(8));
       --len;
     }
-    if (len > m_inSize - m_inPos || len > m_outSize - m_outPos) return false;
+    if (len > m_br.size - m_br.pos || len > m_outSize - m_outPos) return false;
     if (len == 0) return true;
-    std::memcpy(m_out + m_outPos, m_in + m_inPos, len);
-    m_inPos += len;
+    std::memcpy(m_out + m_outPos, m_br.in + m_br.pos, len);
+    m_br.pos += len;
     m_outPos += len;
     // The accumulator is empty, but above its count it may still hold bits of the byte that
     // was the next one before the copy skipped past it.
-    m_bits = 0;
+    m_br.bits = 0;
     return true;
   }
 
@@ -262,21 +275,21 @@ class Decoder {
   }
 
   bool dynamic() {
-    if (!refill()) return false;
-    uint32_t hlit = take(5) + 257, hdist = take(5) + 1, hclen = take(4) + 4;
+    if (!m_br.refill()) return false;
+    uint32_t hlit = m_br.take(5) + 257, hdist = m_br.take(5) + 1, hclen = m_br.take(4) + 4;
     if (hlit > 286 || hdist > 30) return false;
     static constexpr uint8_t kOrder[19] = {16, 17, 18, 0, 8, 7, 9, 6, 10, 5, 11, 4, 12, 3, 13, 2, 14, 1, 15};
     uint8_t lengths[320] = {};
     for (uint32_t i = 0; i < hclen; ++i) {
-      if (!refill()) return false;
-      lengths[kOrder[i]] = static_cast<uint8_t>(take(3));
+      if (!m_br.refill()) return false;
+      lengths[kOrder[i]] = static_cast<uint8_t>(m_br.take(3));
     }
     if (!m_lenCode.build(lengths, 19, kMeanings.plain)) return false;
     uint32_t n = 0;
     std::memset(lengths, 0, sizeof lengths);
     while (n < hlit + hdist) {
-      if (!refill()) return false;
-      uint32_t e = decode(m_lenCode);
+      if (!m_br.refill()) return false;
+      uint32_t e = m_br.decode(m_lenCode);
       if (kindOf(e) == kInvalid) return false;
       uint32_t sym = valueOf(e);
       if (sym < 16) {
@@ -288,11 +301,11 @@ class Decoder {
       if (sym == 16) {
         if (n == 0) return false;
         value = lengths[n - 1];
-        repeat = take(2) + 3;
+        repeat = m_br.take(2) + 3;
       } else if (sym == 17) {
-        repeat = take(3) + 3;
+        repeat = m_br.take(3) + 3;
       } else {
-        repeat = take(7) + 11;
+        repeat = m_br.take(7) + 11;
       }
       if (n + repeat > hlit + hdist) return false;
       while (repeat--) lengths[n++] = value;
@@ -308,16 +321,17 @@ class Decoder {
     uint8_t* const out = m_out;
     const size_t outSize = m_outSize;
     size_t pos = m_outPos;
+    BitReader br = m_br;
     for (;;) {
-      if (!refill()) break;
-      uint32_t e = decode(lit);
+      if (!br.refill()) break;
+      uint32_t e = br.decode(lit);
       uint32_t kind = kindOf(e);
       if (kind == kValue) {
         if (pos >= outSize) break;
         out[pos++] = static_cast<uint8_t>(valueOf(e));
         // A literal takes at most 15 of the 56 bits held: a second one needs no refill.
-        if (m_bitCount < kMaxBits) continue;
-        e = decode(lit);
+        if (br.count < kMaxBits) continue;
+        e = br.decode(lit);
         kind = kindOf(e);
         if (kind == kValue) {
           if (pos >= outSize) break;
@@ -327,22 +341,24 @@ class Decoder {
       }
       if (kind == kEnd) {
         m_outPos = pos;
+        m_br = br;
         return true;
       }
       if (kind == kInvalid) break;
       // Length: its extra bits (up to 16 in the Deflate64 reading), then the distance code and
       // its extra bits, up to 28 more.
-      if (m_bitCount < 16 && !refill()) break;
-      size_t len = valueOf(e) + take(extraOf(e));
-      if (m_bitCount < 28 && !refill()) break;
-      uint32_t d = decode(dist);
+      if (br.count < 16 && !br.refill()) break;
+      size_t len = valueOf(e) + br.take(extraOf(e));
+      if (br.count < 28 && !br.refill()) break;
+      uint32_t d = br.decode(dist);
       if (kindOf(d) != kValue) break;
-      size_t distance = valueOf(d) + take(extraOf(d));
+      size_t distance = valueOf(d) + br.take(extraOf(d));
       if (distance > pos || len > outSize - pos) break;
       copyMatch(out + pos, distance, len, outSize - pos);
       pos += len;
     }
     m_outPos = pos;
+    m_br = br;
     return false;
   }
 
@@ -377,16 +393,11 @@ class Decoder {
     for (size_t i = 0; i < len; ++i) dst[i] = src[i];
   }
 
-  const uint8_t* m_in;
-  size_t m_inSize;
-  size_t m_inPos = 0;
+  BitReader m_br;
   uint8_t* m_out;
   size_t m_outSize;
   size_t m_outPos = 0;
   bool m_deflate64;
-  uint64_t m_bits = 0;
-  int m_bitCount = 0;
-  int m_overrunBits = 0;
   Huffman<kLenCodeFastBits> m_lenCode;
   Huffman<kLitFastBits> m_lit;
   Huffman<kDistFastBits> m_dist;
