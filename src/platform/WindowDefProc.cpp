@@ -249,6 +249,9 @@ LRESULT DefWindowProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
         if (!(w->style & WS_MAXIMIZE)) SendMessageW(hwnd, WM_SYSCOMMAND, SC_MOVE + HTCAPTION, lParam);
       } else if (hit >= HTLEFT && hit <= HTBOTTOMRIGHT) {
         SendMessageW(hwnd, WM_SYSCOMMAND, SC_SIZE + static_cast<WPARAM>(hit - HTLEFT + 1), lParam);
+      }  else if (hit == HTVSCROLL || hit == HTHSCROLL) {
+        TrackScrollBar(hwnd, hit == HTVSCROLL ? 1 /*SB_VERT*/ : 0 /*SB_HORZ*/,
+                       POINT{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
       }
       return 0;
     }

@@ -33,6 +33,7 @@
 #include "platform/HandleTable.h"
 #include "platform/Messages.h"
 #include "platform/Region.h"
+#include "platform/ScrollBarState.h"
 #include "platform/Surface.h"
 #include "platform/Timer.h"
 #include "platform/Window.h"
@@ -71,6 +72,7 @@ struct Wnd {
   std::vector<uint8_t> extra;
   std::map<std::u16string, intptr_t> props;
   HRGN region = 0;               // owned; window coordinates
+  ScrollBarState hscroll, vscroll;  // the window's own bars (ScrollBar.cpp)
 
   // Painting. The update region is in client coordinates.
   Region update;
@@ -246,6 +248,11 @@ void RecalcClient(HWND hwnd);
 [[nodiscard]] const Region* WindowRegion(const Wnd& w);
 // The non-client area needs painting: WM_NCPAINT, drawn by DefWindowProc.
 void PaintFrame(Wnd& w);
+// The window's own scroll bars, drawn with the frame through `fill` (window coordinates).
+using ScrollFill = std::function<void(const RECT&, COLORREF)>;
+void PaintScrollBars(const Wnd& w, const ScrollFill& fill);
+// A left press on a bar (WM_NCLBUTTONDOWN with HTHSCROLL or HTVSCROLL) until its release.
+void TrackScrollBar(HWND hwnd, int nBar, POINT screenPt);
 
 // Paint and DC support shared between files.
 void ResizeSurface(Wnd& w);

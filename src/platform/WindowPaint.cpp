@@ -555,10 +555,8 @@ void PaintFrame(Wnd& w) {
     fill({inner.left, inner.bottom - 1, inner.right, inner.bottom}, COLOR_3DLIGHT);
     fill({inner.right - 1, inner.top, inner.right, inner.bottom}, COLOR_3DLIGHT);
   }
-  if (w.style & WS_VSCROLL)
-    fill({w.client.right, w.client.top, w.client.right + GetSystemMetrics(SM_CXVSCROLL), w.client.bottom + ((w.style & WS_HSCROLL) ? GetSystemMetrics(SM_CYHSCROLL) : 0)}, COLOR_SCROLLBAR);
-  if (w.style & WS_HSCROLL)
-    fill({w.client.left, w.client.bottom, w.client.right, w.client.bottom + GetSystemMetrics(SM_CYHSCROLL)}, COLOR_SCROLLBAR);
+  if (w.style & (WS_VSCROLL | WS_HSCROLL))
+    PaintScrollBars(w, [&](const RECT& r, COLORREF c) { FillOn(top.surface, vis.intersected(OffsetBy(r, so)), c); });
 }
 
 }  // namespace mx::platform::win
