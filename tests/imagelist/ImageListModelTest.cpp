@@ -282,19 +282,6 @@ TEST_F(Images, EnumerationOfImagesSharesTheCursorToo) {
   EXPECT_EQ(n, 2u);
 }
 
-TEST_F(Images, LateBoundMembersReachTheModel) {
-  AddSolid(0xFF000001, u"a", Variant::Missing(), u"tag");
-  Variant target(lists);
-  Variant got = host::CallByName(target, u"Item", host::CallKind::Get, {Variant(u"list")});
-  Variant imgs = host::CallByName(got, u"Images", host::CallKind::Get);
-  EXPECT_EQ(host::CallByName(imgs, u"Count", host::CallKind::Get).ToLong(), 1);
-  Variant img = host::CallByName(imgs, u"", host::CallKind::Get, {Variant(1)});
-  EXPECT_EQ(host::CallByName(img, u"Tag", host::CallKind::Get).ToString(), u"tag");
-  host::CallByName(img, u"Key", host::CallKind::Let, {Variant(u"renamed")});
-  EXPECT_TRUE(images->IsKeyAssigned(u"RENAMED"));
-  EXPECT_EQ(lists->EnumerateItems().size(), 1u);
-}
-
 }  // namespace
 }  // namespace mx::imagelist
 
