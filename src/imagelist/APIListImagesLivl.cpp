@@ -57,6 +57,9 @@ size_t APIListImages::ExportData(std::vector<uint8_t>& out, bool compression) {
   for (size_t i = 0; i < m_items.size(); ++i) {
     nameBytes += (m_items[i].key.size() + m_tags[i].size()) * 2;
     if (!m_items[i].key.empty()) ++keyed;
+    // A record holds each length in 16 bits; a longer text cannot be written faithfully.
+    if (m_items[i].key.size() * 2 > 0xFFFF || m_tags[i].size() * 2 > 0xFFFF)
+      Raise(kErrExportFailed, u"ImageLists.ExportImageList", kMsgExportFailed);
   }
   std::vector<uint8_t> records;
   records.reserve(nameBytes + m_items.size() * 4);

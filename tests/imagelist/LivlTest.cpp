@@ -309,7 +309,18 @@ TEST(Livl, ExportErrors) {
     EXPECT_EQ(e.Number(), 1962);
     EXPECT_EQ(e.Source(), u"ImageLists.ExportImageList");
   }
-  lists->Add(5, 4, u"x");
+  auto list = lists->Add(5, 4, u"x");
+  // A tag too long for its 16-bit length field: the error under way, with the list's key as text.
+  list->Images()->AddImage_fromDIB(*Pattern(1), Variant::Missing(), u"", String(32768, u't'));
+  try {
+    lists->ExportImageList(1, out);
+    ADD_FAILURE();
+  } catch (const RuntimeError& e) {
+    EXPECT_EQ(e.Number(), 1976);
+    EXPECT_EQ(e.Description(), u"x");
+  }
+  list->Images()->Item(1)->Tag(String(32767, u't'));
+  EXPECT_NO_THROW(lists->ExportImageList(1, out));
   try {
     lists->ExportToFile(1, "/nonexistent-dir/x.lIL");
     ADD_FAILURE();
