@@ -1,5 +1,7 @@
 #include "controls/USImageList.h"
 
+#include <algorithm>
+
 #include "controls/ControlSupport.h"
 #include "host/Err.h"
 #include "host/Strings.h"
@@ -22,6 +24,8 @@ USImageList::~USImageList() = default;
 void USImageList::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   int32_t count = 0;
   Step([&] { count = PropBag.ReadProperty(u"Count", Variant(int32_t{0})).ToLong(); });
+  // Each list has a key of its own, so a damaged count cannot ask for more than the bag holds.
+  count = std::min(count, PropBag.Count());
   for (int32_t i = 1; i <= count; ++i) {
     // A list that will not import is skipped and its error cleared; the rest still load.
     Step([&] {

@@ -108,11 +108,11 @@ TEST_F(USImageListTest, EntriesThatWillNotImportAreSkipped) {
   newer[4] = 3;  // a version from the future raises 1974 inside the read
 
   PropertyBag bag;
-  bag.WriteProperty(u"Count", Variant(int32_t{4}));
+  bag.WriteProperty(u"Count", Variant(int32_t{2000000000}));  // damaged: far more than the bag holds
   bag.WriteProperty(u"1Img", Variant(host::ByteArray{}));
   bag.WriteProperty(u"2Img", Variant(newer));
   bag.WriteProperty(u"3Img", Variant(good));
-  // "4Img" is missing altogether.
+  // "4Img" and the rest are missing altogether.
   host::Err().Clear();
   auto b = Make(&bag);
   ASSERT_EQ(b->ImageLists()->Count(), 1);
