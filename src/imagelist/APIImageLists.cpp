@@ -104,9 +104,7 @@ void APIImageLists::Remove(const Variant& Index) {
 }
 
 void APIImageLists::Clear() {
-  // The lists may outlive the collection in callers' hands; their images are emptied so that no
-  // strip stays behind for a list that is gone.
-  for (auto& list : m_lists) list->Images()->Clear();
+  // A list still held elsewhere keeps its images; it only stops answering for its key and index.
   m_lists.clear();
   m_keys.clear();
   m_keyIndex.Clear();
