@@ -6,6 +6,8 @@
 
 #include "controls/ControlSupport.h"
 #include "controls/HandCursor.h"
+#include "frame/APIMouseEvents.h"
+#include "frame/APITooltip.h"
 #include "frame/Themes.h"
 #include "host/Err.h"
 #include "host/Screen.h"
@@ -702,24 +704,74 @@ void USButton::UserControl_Resize() {
   if (m_redraw) Step([&] { Refresh(); });
 }
 
-void USButton::UserControl_Show() {}
+void USButton::UserControl_Show() {
+  if (!m_userMode) return;
+  if (!m_mouseEx) {
+    Step([&] {
+      auto tracker = std::make_unique<frame::APIMouseEvents>();
+      tracker->MouseIn.connect([this] { OnMouseEnter(); });
+      tracker->MouseOut.connect([this] { OnMouseExit(); });
+      tracker->MouseMove.connect([this](int32_t, int32_t, int16_t button, int16_t shift, int32_t x, int32_t y) {
+        OnTrackerMove(button, shift, static_cast<float>(x), static_cast<float>(y));
+      });
+      tracker->Attach(UserControl::hWnd());
+      m_mouseEx = std::move(tracker);
+    });
+  }
+  Step([&] { CreateToolTip(); });
+}
+
+void USButton::OnMouseEnter() {
+  m_mouseOver = true;
+  if (!m_pressed) Step([&] { DrawState(kStateOver, false); });
+  Step([&] { MouseEnter(); });
+}
+
+void USButton::OnMouseExit() {
+  m_mouseOver = false;
+  if (UserControl::Enabled()) Step([&] { DrawState(kStateNormal, false); });
+  Step([&] { MouseExit(); });
+}
+
+void USButton::OnTrackerMove(int16_t button, int16_t shift, float x, float y) {
+  // Moves only relay: no painting, so that a moving pointer costs nothing.
+  Step([&] { MouseMove(button, shift, x, y); });
+}
 
 void USButton::UserControl_Terminate() {
   // Nothing started from here on may paint.
   m_userMode = false;
   Step([&] { ReleaseMouseTracker(); });
   m_pictureBytes.clear();
+  Step([&] { m_toolTip.reset(); });
 }
 
 void USButton::Dispose() { ReleaseMouseTracker(); }
 
-void USButton::ReleaseMouseTracker() {}
+void USButton::ReleaseMouseTracker() { m_mouseEx.reset(); }
 
-bool USButton::HasMouseTrackerAttached() const { return false; }
+bool USButton::HasMouseTrackerAttached() const { return m_mouseEx != nullptr; }
 
-void USButton::CreateToolTip() {}
+void USButton::CreateToolTip() {
+  // Without a description or an icon there is no tooltip at all; out of the box there is none.
+  if (!m_userMode || m_toolTipDescription.empty() || m_toolTipIcon == 0) return;
+  if (!m_toolTip) m_toolTip = std::make_unique<frame::APITooltip>();
+  m_toolTip->Destroy();
+  m_toolTip->BackColor(m_toolTipBackColor);
+  m_toolTip->Centered(m_toolTipCentered);
+  m_toolTip->DelayTime(m_toolDelayTime);
+  m_toolTip->ForeColor(m_toolTipForeColor);
+  m_toolTip->Icon(static_cast<frame::ENUM_TOOLTIP_ICON>(m_toolTipIcon));
+  m_toolTip->Style(static_cast<frame::ENUM_TOOLTIP_STYLE>(m_toolTipStyle));
+  m_toolTip->TipText(m_toolTipDescription);
+  m_toolTip->Title(m_toolTipTitle);
+  m_toolTip->VisibleTime(m_toolTipVisibleTime);
+  m_toolTip->Create(UserControl::hWnd());
+}
 
-void USButton::DestroyToolTip() {}
+void USButton::DestroyToolTip() {
+  if (m_userMode && m_toolTip && !m_toolTipDescription.empty()) m_toolTip->Destroy();
+}
 
 // ---- The click machine ------------------------------------------------------------------------
 

@@ -22,6 +22,11 @@
 #include "host/Variant.h"
 #include "platform/Types.h"
 
+namespace mx::frame {
+class APIMouseEvents;
+class APITooltip;
+}  // namespace mx::frame
+
 namespace mx::controls {
 
 using host::OLE_COLOR;
@@ -278,6 +283,9 @@ class USButton : public host::UserControl {
   [[nodiscard]] int32_t PaintCount() const { return m_paintCount; }
   [[nodiscard]] bool IsPressed() const { return m_pressed; }
   [[nodiscard]] bool IsMouseOver() const { return m_mouseOver; }
+  // The run-time services: the mouse tracker that gives the over state, and the tooltip.
+  [[nodiscard]] const frame::APIMouseEvents* MouseTracker() const { return m_mouseEx.get(); }
+  [[nodiscard]] const frame::APITooltip* ToolTip() const { return m_toolTip.get(); }
 
  protected:
   void UserControl_Initialize() override;
@@ -387,6 +395,8 @@ class USButton : public host::UserControl {
   int32_t m_clientWidth = 0;
   int32_t m_clientHeight = 0;
   int32_t m_paintCount = 0;
+  std::unique_ptr<frame::APIMouseEvents> m_mouseEx;
+  std::unique_ptr<frame::APITooltip> m_toolTip;
 };
 
 // The key that fires AccessKeyPress for a caption, found from its end: the character after the

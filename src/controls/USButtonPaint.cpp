@@ -301,6 +301,8 @@ void USButton::DrawCaption(OLE_COLOR xColour) {
   } else if (m_alignment == To_Right_Justify) {
     R.left = static_cast<int32_t>(ScaleWidth()) - m_captionDistance - (m_textRect.right - m_textRect.left);
   }
+  // The host's surface draws text transparently (its FontTransparent is on by default).
+  platform::SetBkMode(UserControl::hDC(), platform::TRANSPARENT);
   frame::DrawTextColor(UserControl::hDC(), m_caption, R, m_captionWordBreak ? kDrawSingleLine : kDrawWrapped,
                        xColour);
 }
