@@ -3,6 +3,10 @@
 #include <memory>
 
 #include "controls/USButton.h"
+#include "controls/USCheckBox.h"
+#include "controls/USLabel.h"
+#include "controls/USOptionButton.h"
+#include "controls/USProgressBar.h"
 #include "host/ControlRegistry.h"
 
 namespace mx::controls {
@@ -10,6 +14,10 @@ namespace mx::controls {
 void RegisterControls() {
   static const bool registered = [] {
     host::RegisterControlClass(u"Morvantix.USButton", [] { return std::make_shared<USButton>(); });
+    host::RegisterControlClass(u"Morvantix.USCheckBox", [] { return std::make_shared<USCheckBox>(); });
+    host::RegisterControlClass(u"Morvantix.USLabel", [] { return std::make_shared<USLabel>(); });
+    host::RegisterControlClass(u"Morvantix.USOptionButton", [] { return std::make_shared<USOptionButton>(); });
+    host::RegisterControlClass(u"Morvantix.USProgressBar", [] { return std::make_shared<USProgressBar>(); });
     return true;
   }();
   (void)registered;
