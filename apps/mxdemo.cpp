@@ -1,8 +1,15 @@
-// mxdemo OUT.png: draws a showcase of the drawing system on a 640 x 480 memory surface and
-// writes it as a PNG. Everything goes through the same calls the controls use.
+// mxdemo OUT.png [FORM.frm]: draws a showcase of the drawing system on a 640 x 480 memory
+// surface and writes it as a PNG; everything goes through the same calls the controls use. With a
+// form file, OUT.png is the form as it shows at run time and the showcase goes beside it as
+// OUT-drawing.png.
 #include <cmath>
 #include <cstdio>
+#include <iostream>
 #include <string>
+
+#include "host/ScriptPlayer.h"
+#include "morvantix/Library.h"
+#include "platform/Clock.h"
 
 #include "platform/Gdi.h"
 #include "platform/PngEncoder.h"
@@ -173,10 +180,28 @@ void drawBlending(HDC dc) {
 
 }  // namespace
 
+// Shows the form headless and writes its window as the picture.
+int renderForm(const std::string& form, const std::string& out) {
+  mx::RegisterLibrary();
+  mx::platform::ScopedVirtualClock clock;
+  mx::host::FormRunOptions options;
+  options.formPath = form;
+  options.pngPath = out;
+  // Events are not of interest here; errors are.
+  std::ostream quiet(nullptr);
+  return mx::host::RunForm(options, quiet, std::cerr);
+}
+
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fprintf(stderr, "usage: mxdemo OUT.png\n");
+  if (argc != 2 && argc != 3) {
+    std::fprintf(stderr, "usage: mxdemo OUT.png [FORM.frm]\n");
     return 2;
+  }
+  std::string showcase = argv[1];
+  if (argc == 3) {
+    if (const int rc = renderForm(argv[2], argv[1]); rc != 0) return rc;
+    const size_t dot = showcase.rfind(".png");
+    showcase = (dot == std::string::npos ? showcase : showcase.substr(0, dot)) + "-drawing.png";
   }
   BITMAPINFO bi{};
   bi.bmiHeader.biWidth = kWidth;
@@ -212,11 +237,11 @@ int main(int argc, char** argv) {
   Surface s{kWidth, kHeight, static_cast<uint8_t*>(bits), kWidth * 4, true};
   PngEncodeOptions o;
   o.dropAlpha = true;  // fills leave alpha 0; the picture is opaque
-  bool ok = WritePngFile(s, argv[1], o);
+  bool ok = WritePngFile(s, showcase, o);
   DeleteObject(canvas);
   DeleteDC(dc);
   if (!ok) {
-    std::fprintf(stderr, "mxdemo: cannot write %s\n", argv[1]);
+    std::fprintf(stderr, "mxdemo: cannot write %s\n", showcase.c_str());
     return 1;
   }
   return 0;

@@ -1,0 +1,63 @@
+// The example form run as mxrun runs it: a scripted click on a button prints its Click.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "controls/Registration.h"
+#include "host/ScriptPlayer.h"
+#include "platform/Clock.h"
+#include "platform/Window.h"
+
+namespace mx::controls {
+namespace {
+
+class ButtonFormRunTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    platform::ResetWindowing();
+    RegisterControls();
+  }
+  void TearDown() override { platform::ResetWindowing(); }
+  std::string Script(const std::string& text) {
+    const std::string path = ::testing::TempDir() + "button_script.txt";
+    std::ofstream(path) << text;
+    return path;
+  }
+  platform::ScopedVirtualClock m_clock;
+};
+
+TEST_F(ButtonFormRunTest, ScriptedClickOnTheExampleForm) {
+  host::FormRunOptions options;
+  options.formPath = std::string(MX_SOURCE_DIR) + "/examples/buttons.frm";
+  // cmdBlue spans client pixels 12..140 x 12..44; cmdDisabled (row 3, column 1) takes no click.
+  options.scriptPath = Script("move 70 28\ndown left\nup left\nwait 600\nmove 200 160\ndown left\nup left\n");
+  std::ostringstream out, err;
+  EXPECT_EQ(host::RunForm(options, out, err), 0) << err.str();
+  const std::string text = out.str();
+  EXPECT_EQ(text.rfind("EVENT frmButtons.Load\n", 0), 0u) << text;
+  EXPECT_NE(text.find("EVENT cmdBlue.MouseDown 1 0 58 16\nEVENT cmdBlue.MouseUp 1 0 58 16\nEVENT cmdBlue.Click\n"),
+            std::string::npos)
+      << text;
+  EXPECT_EQ(text.find("cmdDisabled"), std::string::npos) << text;
+  EXPECT_NE(text.find("EVENT frmButtons.Unload\n"), std::string::npos);
+}
+
+TEST_F(ButtonFormRunTest, BadScriptLineFailsWithItsLine) {
+  host::FormRunOptions options;
+  options.formPath = std::string(MX_SOURCE_DIR) + "/examples/buttons.frm";
+  options.scriptPath = Script("move 1 1\nclick\n");
+  std::ostringstream out, err;
+  EXPECT_NE(host::RunForm(options, out, err), 0);
+  EXPECT_NE(err.str().find("line 2"), std::string::npos) << err.str();
+  EXPECT_TRUE(out.str().empty()) << "nothing runs before the script is read";
+
+  options.scriptPath.clear();
+  options.formPath = std::string(MX_TESTDATA_DIR) + "/no-such-form.frm";
+  EXPECT_NE(host::RunForm(options, out, err), 0);
+}
+
+}  // namespace
+}  // namespace mx::controls
