@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cwctype>
 
+#include "controls/AboutBox.h"
 #include "controls/ControlSupport.h"
 #include "controls/HandCursor.h"
 #include "frame/APIMouseEvents.h"
@@ -476,7 +477,7 @@ void USButton::ToolTipVisibleTime(int32_t value) {
 
 // ---- Methods ----------------------------------------------------------------------------------
 
-void USButton::About() {}
+void USButton::About() { ShowAboutBox(); }
 
 void USButton::Refresh() {
   m_needLayout = true;

@@ -330,3 +330,23 @@ TEST_F(ButtonClickTest, HandPointerAndMousePointer) {
 
 }  // namespace
 }  // namespace mx::controls::testing
+
+namespace mx::controls::testing {
+namespace {
+
+TEST_F(ButtonClickTest, AboutShowsAModalBoxThatEscapeCloses) {
+  auto b = Make(10, 10, 80, 24);
+  bool sawBox = false;
+  platform::PushIdleAction([&] {
+    // While the modal loop runs, the box is a visible top-level window with its caption.
+    const platform::HWND box = platform::FindWindowW(nullptr, u"Sobre");
+    sawBox = box != 0 && platform::IsWindowVisible(box);
+    platform::InjectKeyPress(platform::VK_ESCAPE);
+  });
+  b->About();
+  EXPECT_TRUE(sawBox);
+  EXPECT_EQ(platform::FindWindowW(nullptr, u"Sobre"), platform::HWND{0});
+}
+
+}  // namespace
+}  // namespace mx::controls::testing
