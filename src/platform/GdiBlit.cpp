@@ -273,6 +273,22 @@ BOOL AlphaBlend(HDC hdcDest, int xD, int yD, int wD, int hD, HDC hdcSrc, int xS,
 
   const uint32_t k = fn.SourceConstantAlpha;
   const bool srcAlpha = (fn.AlphaFormat & AC_SRC_ALPHA) != 0;
+  if (wD == wS && hD == hS && src->bits != dc->surface->bits) {
+    // Unscaled from another surface: blend the source rows in place, no sampling. The source
+    // rectangle was checked to lie inside the source, so only the destination side is cut.
+    Surface& dst = *dc->surface;
+    const int64_t ox = int64_t{d.x} - s.x, oy = int64_t{d.y} - s.y;  // source to destination offset
+    auto edge = [](int64_t v) { return static_cast<LONG>(std::clamp<int64_t>(v, INT32_MIN, INT32_MAX)); };
+    RECT area = intersect(RECT{d.x, d.y, edge(int64_t{d.x} + wD), edge(int64_t{d.y} + hD)},
+                          RECT{0, 0, dst.width, dst.height});
+    if (area.empty()) return TRUE;
+    forEachClipped(*dc, area, [&](const RECT& part) {
+      for (int y = part.top; y < part.bottom; ++y)
+        blend::blendRowFast(src->row(static_cast<int>(y - oy)) + (part.left - ox), dst.row(y) + part.left,
+                            part.width(), k, srcAlpha);
+    });
+    return TRUE;
+  }
   Sampling mode = (wD == wS && hD == hS) ? Sampling::Nearest
                   : dc->stretchMode == HALFTONE ? Sampling::Average
                                                 : Sampling::Nearest;
