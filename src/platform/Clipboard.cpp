@@ -4,6 +4,7 @@
 #include <map>
 #include <mutex>
 
+#include "platform/Backend.h"
 #include "platform/Window.h"
 
 namespace mx::platform {
@@ -18,6 +19,10 @@ struct ClipboardState {
   std::map<UINT, std::vector<uint8_t>> data;  // ordered by format number
   std::map<std::u16string, UINT> names;
   UINT nextName = 0xC000;
+  // With a real back end: the text last exchanged with the system clipboard, and whether our
+  // data changed since the clipboard was opened.
+  std::u16string mirrored;
+  bool changed = false;
 };
 
 // The clipboard is the process's, as on the classic desktop, not the thread's.
@@ -77,6 +82,18 @@ std::optional<std::vector<uint8_t>> Lookup(ClipboardState& c, UINT format) {
   return std::nullopt;
 }
 
+// Another program may have copied since we last looked: its text replaces our data.
+void PullSystemText(ClipboardState& c) {
+  Backend* b = ActiveBackend();
+  if (!b) return;
+  std::optional<std::u16string> text = b->ClipboardText();
+  if (!text || *text == c.mirrored) return;
+  c.data.clear();
+  c.data[CF_UNICODETEXT] = Utf16Bytes(*text);
+  c.owner = 0;
+  c.mirrored = std::move(*text);
+}
+
 bool Available(ClipboardState& c, UINT format) {
   if (c.data.count(format)) return true;
   if (format == CF_UNICODETEXT) return c.data.count(CF_TEXT) > 0;
@@ -91,7 +108,9 @@ BOOL OpenClipboard(HWND owner) {
   std::lock_guard lock(c.mutex);
   if (c.open) return FALSE;
   if (owner && !IsWindow(owner)) return FALSE;
+  PullSystemText(c);
   c.open = true;
+  c.changed = false;
   c.opener = owner;
   return TRUE;
 }
@@ -102,6 +121,11 @@ BOOL CloseClipboard() {
   if (!c.open) return FALSE;
   c.open = false;
   c.opener = 0;
+  if (Backend* b = ActiveBackend(); b && c.changed) {
+    auto bytes = Lookup(c, CF_UNICODETEXT);
+    c.mirrored = bytes ? TextFromUtf16(*bytes) : std::u16string();
+    b->PublishClipboardText(c.mirrored);
+  }
   return TRUE;
 }
 
@@ -111,6 +135,7 @@ BOOL EmptyClipboard() {
   if (!c.open) return FALSE;
   c.data.clear();
   c.owner = c.opener;
+  c.changed = true;
   return TRUE;
 }
 
@@ -119,6 +144,7 @@ BOOL SetClipboardData(UINT format, std::vector<uint8_t> data) {
   std::lock_guard lock(c.mutex);
   if (!c.open || format == 0) return FALSE;
   c.data[format] = std::move(data);
+  c.changed = true;
   return TRUE;
 }
 
@@ -132,6 +158,7 @@ std::optional<std::vector<uint8_t>> GetClipboardData(UINT format) {
 BOOL IsClipboardFormatAvailable(UINT format) {
   auto& c = Clip();
   std::lock_guard lock(c.mutex);
+  PullSystemText(c);
   return Available(c, format) ? TRUE : FALSE;
 }
 
@@ -180,6 +207,7 @@ bool SetClipboardText(std::u16string_view text) {
 std::optional<std::u16string> GetClipboardText() {
   auto& c = Clip();
   std::lock_guard lock(c.mutex);
+  PullSystemText(c);
   auto bytes = Lookup(c, CF_UNICODETEXT);
   if (!bytes) return std::nullopt;
   return TextFromUtf16(*bytes);

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <thread>
 
+#include "platform/Backend.h"
 #include "platform/Clock.h"
 #include "platform/Hook.h"
 #include "platform/Input.h"
@@ -54,6 +55,7 @@ void EraseInput(uint64_t serial) {
 bool PeekCore(MSG* out, HWND filter, UINT minMsg, UINT maxMsg, UINT flags) {
   UserState& st = St();
   const bool remove = (flags & PM_REMOVE) != 0;
+  if (Backend* b = ActiveBackend()) b->PollEvents();
   CheckHover();
 
   for (auto it = st.posted.begin(); it != st.posted.end(); ++it) {
@@ -151,10 +153,36 @@ bool RunIdleAction() {
   return true;
 }
 
+// Lets real time pass. With a back end, its events are taken while waiting and dispatched at
+// once, so that a loop helper running for a while still answers the pointer.
+void PassRealTime(uint64_t milliseconds) {
+  Backend* b = ActiveBackend();
+  if (!b) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+    return;
+  }
+  const uint64_t end = GetTickCount64() + milliseconds;
+  for (;;) {
+    b->Sync();
+    const uint64_t now = GetTickCount64();
+    if (now >= end) return;
+    b->WaitEvents(static_cast<int>(std::min<uint64_t>(end - now, 1u << 30)));
+    PumpMessages();
+  }
+}
+
 // Moves time to the next due event: the virtual clock jumps, the real one sleeps. False when
-// nothing is due at all, or when what is due cannot be retrieved (filtered out).
+// nothing is due at all, or when what is due cannot be retrieved (filtered out). With a back
+// end, real events end the wait too, and only a back end without windows has nothing to wait for.
 bool WaitForNext() {
   std::optional<uint64_t> next = NextDue();
+  if (Backend* b = ActiveBackend(); b && !IsVirtualClock()) {
+    b->Sync();
+    if (!next) return b->WaitEvents(-1);
+    const uint64_t now = GetTickCount64();
+    if (*next <= now) return false;
+    return b->WaitEvents(static_cast<int>(std::min<uint64_t>(*next - now, 1u << 30)));
+  }
   if (!next) return false;
   uint64_t now = GetTickCount64();
   if (*next <= now) return false;
@@ -231,6 +259,11 @@ BOOL TranslateMessage(const MSG* msg) {
   if (!msg || (msg->message != WM_KEYDOWN && msg->message != WM_SYSKEYDOWN)) return FALSE;
   char16_t ch = CharacterForKey(static_cast<int>(msg->wParam));
   if (!ch) return FALSE;
+  // A back end that delivers typed text (keyboard layouts, dead keys, input methods) has sent
+  // the printable characters already; only control characters come from the key itself.
+  if (Backend* b = ActiveBackend();
+      b && b->DeliversText() && msg->message == WM_KEYDOWN && ch >= 0x20 && ch != 0x7F)
+    return FALSE;
   UINT charMsg = msg->message == WM_SYSKEYDOWN ? WM_SYSCHAR : WM_CHAR;
   PostMessageW(msg->hwnd, charMsg, ch, msg->lParam);
   return TRUE;
@@ -301,6 +334,8 @@ int PumpMessages() {
     DispatchMessageW(&m);
     ++n;
   }
+  // The queue ran dry: what was painted can be shown.
+  if (Backend* b = ActiveBackend()) b->Sync();
   return n;
 }
 
@@ -318,7 +353,7 @@ int RunFor(uint64_t milliseconds) {
         if (IsVirtualClock())
           AdvanceVirtualClock(end - now);
         else
-          std::this_thread::sleep_for(std::chrono::milliseconds(end - now));
+          PassRealTime(end - now);
       }
       n += PumpMessages();
       break;
@@ -328,7 +363,7 @@ int RunFor(uint64_t milliseconds) {
     if (IsVirtualClock())
       AdvanceVirtualClock(step);
     else
-      std::this_thread::sleep_for(std::chrono::milliseconds(step));
+      PassRealTime(step);
   }
   return n;
 }
@@ -347,7 +382,7 @@ bool RunUntilIdle(uint64_t limitMs) {
     if (IsVirtualClock())
       AdvanceVirtualClock(step);
     else
-      std::this_thread::sleep_for(std::chrono::milliseconds(step));
+      PassRealTime(step);
   }
   return false;
 }
