@@ -375,11 +375,18 @@ void SdlBackend::Present(RealWindow& rw, const Wnd& w) {
   // Where the shown area starts on the backing surface: the client corner for a framed window.
   const int ox = rw.kind == Kind::Framed ? w.client.left : 0;
   const int oy = rw.kind == Kind::Framed ? w.client.top : 0;
-  std::vector<uint32_t> frame(static_cast<size_t>(width) * height, 0);
   const int cw = std::min(width, w.surface.width - ox), ch = std::min(height, w.surface.height - oy);
+  // Most calls come after paints that changed nothing here: compare in place before copying.
+  if (!rw.stale && rw.presented.size() == static_cast<size_t>(width) * height && cw == width && ch == height) {
+    bool same = true;
+    for (int y = 0; y < ch && same; ++y)
+      same = std::memcmp(&rw.presented[static_cast<size_t>(y) * width], w.surface.row(y + oy) + ox,
+                         static_cast<size_t>(cw) * 4) == 0;
+    if (same) return;
+  }
+  std::vector<uint32_t> frame(static_cast<size_t>(width) * height, 0);
   for (int y = 0; y < ch; ++y)
     if (cw > 0) std::memcpy(&frame[static_cast<size_t>(y) * width], w.surface.row(y + oy) + ox, static_cast<size_t>(cw) * 4);
-  if (!rw.stale && frame == rw.presented) return;
 
   if (!rw.texture || rw.textureW != width || rw.textureH != height) {
     if (rw.texture) SDL_DestroyTexture(rw.texture);

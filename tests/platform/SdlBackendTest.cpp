@@ -324,6 +324,22 @@ TEST_F(RealWindowTest, ARealClickReachesTheChildAtItsClientPoint) {
   EXPECT_EQ(GET_Y_LPARAM(m_probes[top].mouse[0].second), 180);
 }
 
+TEST_F(RealWindowTest, AClickInAFramedWindowCountsFromItsClientCorner) {
+  if (!HaveXdotool()) GTEST_SKIP() << "xdotool is not installed";
+  // The real window shows only the client area here, so its corner is the client's corner.
+  HWND top = Make(WS_OVERLAPPEDWINDOW | WS_VISIBLE, 300, 200, 240, 180);
+  PumpMessages();
+  ASSERT_NE(Real(top), nullptr);
+  POINT origin{0, 0};
+  ClientToScreen(top, &origin);
+  ASSERT_TRUE(Xdotool("mousemove --sync " + std::to_string(origin.x + 7) + " " + std::to_string(origin.y + 9) +
+                      " click 1"));
+  ASSERT_TRUE(RunUntil([&] { return m_probes[top].mouse.size() >= 2; }));
+  EXPECT_EQ(m_probes[top].mouse[0].first, static_cast<UINT>(WM_LBUTTONDOWN));
+  EXPECT_EQ(GET_X_LPARAM(m_probes[top].mouse[0].second), 7);
+  EXPECT_EQ(GET_Y_LPARAM(m_probes[top].mouse[0].second), 9);
+}
+
 TEST_F(RealWindowTest, RealKeysGiveOneCharacterEach) {
   if (!HaveXdotool()) GTEST_SKIP() << "xdotool is not installed";
   HWND top = Make(WS_POPUP | WS_VISIBLE, 200, 200, 200, 100);
