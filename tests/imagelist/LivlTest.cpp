@@ -153,7 +153,9 @@ TEST(Livl, NamesPast1024BytesAreCompressed) {
     std::vector<uint8_t> b = Export(s);
     const size_t block = GetU32(b, 8) - 1;
     EXPECT_EQ(b[block + 6], extra ? 4 : 0) << extra;
-    if (extra) EXPECT_EQ(b[20 + 2 + 16], 0x0D);  // the compressor's magic stands at h + 16
+    if (extra) {
+      EXPECT_EQ(b[20 + 2 + 16], 0x0D);  // the compressor's magic stands at h + 16
+    }
     String key;
     auto back = APIImageLists::Create()->ImportImageList(b, key);
     ASSERT_NE(back, nullptr);
