@@ -4,6 +4,7 @@
 
 #include "controls/USButton.h"
 #include "controls/USCheckBox.h"
+#include "controls/USImageList.h"
 #include "controls/USLabel.h"
 #include "controls/USOptionButton.h"
 #include "controls/USProgressBar.h"
@@ -15,6 +16,7 @@ void RegisterControls() {
   static const bool registered = [] {
     host::RegisterControlClass(u"Morvantix.USButton", [] { return std::make_shared<USButton>(); });
     host::RegisterControlClass(u"Morvantix.USCheckBox", [] { return std::make_shared<USCheckBox>(); });
+    host::RegisterControlClass(u"Morvantix.USImageList", [] { return std::make_shared<USImageList>(); });
     host::RegisterControlClass(u"Morvantix.USLabel", [] { return std::make_shared<USLabel>(); });
     host::RegisterControlClass(u"Morvantix.USOptionButton", [] { return std::make_shared<USOptionButton>(); });
     host::RegisterControlClass(u"Morvantix.USProgressBar", [] { return std::make_shared<USProgressBar>(); });
