@@ -8,6 +8,7 @@
 #include "imagelist/APIImageLists.h"
 #include "imagelist/APIListImages.h"
 #include "imagelist/ByteIO.h"
+#include "imagelist/IconResource.h"
 #include "platform/Gdi.h"
 
 namespace mx::imagelist {
@@ -150,6 +151,37 @@ TEST(ImageListRender, IconsTakeTheSmallestDepthThatHoldsTheColours) {
   EXPECT_EQ(icon.resource[48 + 4], 0x7Fu);  // mirrored: the blue pixel now comes first
   platform::DestroyIcon(h);
   EXPECT_THROW((void)f.images->ExtractIconEx(u"x", false, false, 100, -1, 0, 0, w, hh, depth), host::RuntimeError);
+}
+
+// The icon handle draws what the cell holds: colours where it is opaque, the background where
+// the mask says transparent.
+TEST(ImageListRender, IconHandlesDrawTheCell) {
+  Fixture f(4, 2);
+  auto pic = Solid(4, 2, kRed);
+  SetPixelAt(*pic, 1, 0, 0);
+  SetPixelAt(*pic, 2, 1, kBlue);
+  f.images->AddImage_fromDIB(*pic);
+  int32_t depth = 0;
+  platform::HICON icon = f.images->ExtractIcon(1, depth);
+  ASSERT_NE(icon, 0u);
+  EXPECT_EQ(depth, 4);
+  platform::HDC dc = platform::CreateCompatibleDC(0);
+  platform::HBITMAP bmp = platform::CreateCompatibleBitmap(dc, 4, 2);
+  platform::HGDIOBJ old = platform::SelectObject(dc, bmp);
+  platform::RECT all{0, 0, 4, 2};
+  platform::HBRUSH green = platform::CreateSolidBrush(0x00FF00);
+  platform::FillRect(dc, &all, green);
+  EXPECT_TRUE(platform::DrawIconEx(dc, 0, 0, icon, 0, 0, 0, 0, platform::DI_NORMAL));
+  EXPECT_EQ(platform::GetPixel(dc, 0, 0), 0x0000FFu);  // COLORREF: red in the low byte
+  EXPECT_EQ(platform::GetPixel(dc, 1, 0), 0x00FF00u);  // transparent: the green ground
+  EXPECT_EQ(platform::GetPixel(dc, 2, 1), 0xFF0000u);
+  platform::SelectObject(dc, old);
+  platform::DeleteObject(bmp);
+  platform::DeleteObject(green);
+  platform::DeleteDC(dc);
+  platform::DestroyIcon(icon);
+  // Bytes that are not a resource image make no icon.
+  EXPECT_EQ(CreateIconFromResourceImage(std::vector<uint8_t>(30, 0)), 0u);
 }
 
 }  // namespace
