@@ -1,12 +1,14 @@
 #include "morvantix/Library.h"
 
 #include "controls/Registration.h"
+#include "grid/USFlexGrid.h"
 
 namespace mx {
 
 void RegisterLibrary() {
   // Each layer's registration is idempotent on its own; this is the one place that calls them all.
   controls::RegisterControls();
+  grid::RegisterControls();
 }
 
 }  // namespace mx

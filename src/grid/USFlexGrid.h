@@ -1,0 +1,170 @@
+#pragma once
+// USFlexGrid: the grid control. The content lives in GridData; this class gives it a window,
+// metrics, the window's own scroll bars and one paint routine, DrawGrid, that repaints the whole
+// persistent image from the tables.
+//
+// Batching: every change in the model ends in a repaint request that goes through DrawGrid
+// with the Redraw flag, so Redraw(False) around a batch of changes makes them cost nothing
+// beyond the store, and Redraw(True) paints once.
+//
+// Cost: a repaint walks only the rows from the first shown to the last that fits, and only the
+// painted columns, so it does not grow with the number of rows.
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <tuple>
+
+#include "grid/GridData.h"
+#include "host/Event.h"
+#include "host/UserControl.h"
+#include "platform/Types.h"
+
+namespace mx::grid {
+
+// The layout numbers of a grid, recomputed by RecalcMetrics (pixels).
+struct GridMetrics {
+  uint32_t ellipsisFlag = 0;
+  int32_t checkBoxSize = 14;
+  int32_t imageHeight = 0;
+  int32_t imageWidth = 0;
+  int32_t firstColTextOffset = 3;
+  int32_t headerBottom = 0;
+  int32_t headerTextHeight = 0;
+  int32_t headerHeight = 0;
+  int32_t captionHeight = 0;
+  int32_t defaultRowHeight = 0;
+  float rowNumberWidth = 0;
+};
+
+class USFlexGrid : public host::UserControl, public GridData {
+ public:
+  USFlexGrid();
+  ~USFlexGrid() override;
+
+  // ---- names both bases have: the grid's meaning wins, the surface follows ----
+  [[nodiscard]] std::shared_ptr<host::StdFont> Font() const { return GridData::Font(); }
+  void Font(std::shared_ptr<host::StdFont> xValue);
+  [[nodiscard]] bool Enabled() const { return GridData::Enabled(); }
+  void Enabled(bool xValue);
+  using GridData::Redraw;
+
+  // ---- layout and painting ----
+  // RecalcMetrics, then DrawGrid.
+  void Refresh();
+  // Recalculates the metrics, re-applies the sort when asked, switches drawing on and paints
+  // with the given first row (-1 keeps the position).
+  void RedrawEx(int32_t xSrollPosition, bool xPreserveSortedColumns = true);
+  void RecalcMetrics();
+  void DrawGrid(bool xRedraw = true, bool xSkipFocusRect = false, int32_t xFirstRow = -1);
+  // Measures a display row's cells (word wrap only) and stores its height.
+  void MeasureRow(int32_t xRow);
+  // Breaks a heading into lines that fit xWidth, joined with CR LF; with a line limit the last
+  // line ends in "...".
+  [[nodiscard]] host::String WrapHeading(host::StringView xText, int32_t xWidth, int32_t xLines);
+  // The rectangle of a display column in the current view (not dependent on storage order).
+  [[nodiscard]] platform::RECT GetColumnRect(int32_t xCol);
+  [[nodiscard]] const GridMetrics& Metrics() const { return m_metrics; }
+
+  // ---- view ----
+  [[nodiscard]] float RowNumberWidth() const { return m_metrics.rowNumberWidth; }
+  [[nodiscard]] bool VerticalScrollBarVisible() const;
+  [[nodiscard]] bool HorizontalScrollBarVisible() const;
+  [[nodiscard]] int32_t VisibleHeight() const;
+  [[nodiscard]] int32_t VisibleWidth() const;
+  [[nodiscard]] int32_t RowsVisible() const { return m_rowsVisible; }
+  [[nodiscard]] int32_t RowFirstVisible() const { return m_rowFirstVisible; }
+  [[nodiscard]] int32_t RowLastVisible() const { return m_rowLastVisible; }
+  [[nodiscard]] int32_t GetScrollVerticalPosition() const;
+  // Values past Rows are ignored.
+  void SetScrollVerticalPosition(int32_t xValue);
+  [[nodiscard]] int32_t GetScrollHorizontalPosition() const;
+
+  // ---- states that input sets and painting shows ----
+  // Header cell states by display column (-1 for none): hover, pressed, and the column being
+  // moved (always drawn dragged).
+  void SetHeaderStates(int32_t hoverCol, int32_t pressedCol, int32_t movingCol);
+  // The button cell the mouse holds (display row and column, -1 for none).
+  void SetPressedButtonCell(int32_t row, int32_t col);
+  // The last navigation key, for the keep-the-current-row-in-view rule of word-wrapped grids.
+  void SetLastKeyCode(int16_t keyCode) { m_lastKeyCode = keyCode; }
+
+  // Raised with -1 when no row is in view, else with the last row painted when not all rows
+  // were in view.
+  host::Event<int32_t> RequestRowData;
+  // Raised when a scroll bar moves the view (display row or column position).
+  host::Event<> Scroll;
+
+  void ConnectEventSink(const host::EventSink& sink) override;
+  [[nodiscard]] host::String TypeName() const override { return u"USFlexGrid"; }
+  [[nodiscard]] host::String ProgId() const override { return u"Morvantix.USFlexGrid"; }
+
+ protected:
+  void UserControl_Initialize() override;
+  void UserControl_InitProperties() override;
+  void UserControl_ReadProperties(host::PropertyBag& PropBag) override;
+  void UserControl_WriteProperties(host::PropertyBag& PropBag) override;
+  void UserControl_Resize() override;
+  void UserControl_Terminate() override;
+  bool PreTranslateMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam, intptr_t& lResult) override;
+
+  // The model's hooks.
+  void OnPropertyChanged(host::StringView key) override;
+  void OnRepaint() override;
+  void OnMetricsChanged() override;
+  void OnRedrawAt(int32_t firstRow) override;
+
+ private:
+  struct PaintContext;
+  // Scroll bars (USFlexGridMetrics.cpp).
+  void UpdateScrollBars();
+  void ComputeRowsVisible();
+  [[nodiscard]] int32_t AvailableRowsHeight() const;
+  void OnScrollMessage(bool vertical, int code);
+  void OnWheel(int delta);
+  [[nodiscard]] int32_t RowHeightAt(int32_t displayRow);
+  [[nodiscard]] bool RowPainted(int32_t displayRow) const;
+  // Painting (USFlexGridPaint.cpp).
+  void DrawCaption(PaintContext& pc);
+  void DrawHeaders(PaintContext& pc);
+  void DrawHeaderCell(PaintContext& pc, const platform::RECT& r, int32_t state, OLE_COLOR c1, OLE_COLOR c2,
+                      bool lastColumn);
+  void DrawRow(PaintContext& pc, int32_t displayRow, int32_t y, int32_t height, bool parity);
+  void DrawTotals(PaintContext& pc, int32_t y);
+  void DrawCheckSprite(platform::HDC dc, int32_t x, int32_t y, bool checked);
+  void BuildCheckStrip();
+  [[nodiscard]] platform::HFONT FontFor(const host::StdFont& base, bool bold, bool italic, bool underline,
+                                        bool strike, host::StringView name = {});
+  void ReleaseFonts();
+  void ComputeRowNumberWidth(int32_t lastRowInView);
+  [[nodiscard]] int32_t MeasureText(host::StringView text, platform::HFONT font, uint32_t flags, int32_t width);
+
+  GridMetrics m_metrics;
+  bool m_inDraw = false;
+  bool m_switchingRedrawOn = false;
+  int32_t m_rowsVisible = 0;
+  int32_t m_rowFirstVisible = -1;
+  int32_t m_rowLastVisible = -1;
+  int32_t m_firstRow = 0;
+  int32_t m_firstScrollCol = 0;
+  int32_t m_paintedRight = 0;   // right edge of the last painted column
+  int32_t m_headerHoverCol = -1;
+  int32_t m_headerPressedCol = -1;
+  int32_t m_headerMovingCol = -1;
+  int32_t m_buttonRow = -1;
+  int32_t m_buttonCol = -1;
+  int16_t m_lastKeyCode = 0;
+  int32_t m_scrollTo = -1;      // a pending "scroll to" row, taken by the next paint
+  bool m_allRowsInView = true;
+  platform::HRGN m_clipRgn = 0;
+  platform::HDC m_checkDC = 0;
+  platform::HBITMAP m_checkBitmap = 0;
+  platform::HGDIOBJ m_checkOld = 0;
+  int32_t m_checkTheme = -1;
+  // Fonts made during a paint, by style and name; freed when the paint ends.
+  std::map<std::tuple<const host::StdFont*, int, host::String>, platform::HFONT> m_fonts;
+};
+
+// Registers "Morvantix.USFlexGrid" with the class registry.
+void RegisterControls();
+
+}  // namespace mx::grid
