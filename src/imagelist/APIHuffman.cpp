@@ -335,6 +335,15 @@ bool APIHuffman::Decompress(std::span<const uint8_t> blob, size_t position, std:
   int avail = 0;
   uint64_t phantomBits = 0;
   auto refill = [&] {
+    if (avail <= 56 && end - pos >= 8) {
+      // Away from the end: eight bytes in one load, keeping the whole bytes that fit.
+      uint64_t next;
+      std::memcpy(&next, p + pos, 8);
+      window |= next << avail;
+      pos += static_cast<size_t>((63 - avail) >> 3);
+      avail |= 56;
+      return;
+    }
     while (avail <= 56) {
       uint64_t byte = 0;
       if (pos < end)
