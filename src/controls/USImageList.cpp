@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "controls/AboutBox.h"
 #include "controls/ControlSupport.h"
 #include "host/Err.h"
 #include "host/Strings.h"
@@ -63,8 +64,14 @@ void USImageList::UserControl_Show() {
   });
 }
 
+void USImageList::About() { ShowAboutBox(); }
+
 Variant USImageList::Invoke(host::StringView name, host::CallKind kind, std::span<Variant> args) {
   if (host::TextEquals(name, u"ImageLists")) return Variant(m_lists);
+  if (host::TextEquals(name, u"About")) {
+    About();
+    return {};
+  }
   return UserControl::Invoke(name, kind, args);
 }
 

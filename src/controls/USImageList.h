@@ -34,6 +34,8 @@ class USImageList : public host::UserControl {
   [[nodiscard]] host::String TypeName() const override { return u"USImageList"; }
 
   [[nodiscard]] std::shared_ptr<imagelist::APIImageLists> ImageLists() const { return m_lists; }
+  // The library's about box, modal.
+  void About();
   // For the property page: marks the control changed so that the form saves its lists.
   void UpdateLists() { PropertyChanged(u"UpdateLists"); }
 
