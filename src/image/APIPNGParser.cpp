@@ -13,7 +13,8 @@
 #include "image/Inflate.h"
 #include "image/ZlibBinding.h"
 
-#if defined(__SSE2__)
+// SSE2 is part of every x86-64 processor; the 64-bit moves below need the 64-bit mode.
+#if defined(__SSE2__) && defined(__x86_64__)
 #include <emmintrin.h>
 #define MX_PNG_SSE2 1
 #else
