@@ -539,13 +539,23 @@ bool APIPNGParser::decode(uint8_t* raw, API32bppDIB& dib) {
     auto* out = reinterpret_cast<uint32_t*>(bits + static_cast<size_t>(m_height - 1 - y) * stride) + x0;
     if (depth < 16 && (ct == 0 || ct == 3)) {
       if (depth == 8) {
-        for (int i = 0; i < n; ++i, out += dx) *out = lut[s[i]];
+        if (dx == 1) {
+          for (int i = 0; i < n; ++i) out[i] = lut[s[i]];
+        } else {
+          for (int i = 0; i < n; ++i, out += dx) *out = lut[s[i]];
+        }
       } else {
-        const int perByte = 8 / depth, mask = (1 << depth) - 1;
+        // Samples are packed most significant first; the shift walks down each byte.
+        const int mask = (1 << depth) - 1, top = 8 - depth;
+        int shift = top;
         for (int i = 0; i < n; ++i, out += dx) {
-          // Samples are packed most significant first.
-          int shift = 8 - depth * (i % perByte + 1);
-          *out = lut[(s[i / perByte] >> shift) & mask];
+          *out = lut[(*s >> shift) & mask];
+          if (shift == 0) {
+            shift = top;
+            ++s;
+          } else {
+            shift -= depth;
+          }
         }
       }
       return;
