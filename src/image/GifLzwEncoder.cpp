@@ -53,8 +53,9 @@ void GifLzwEncoder::Encode(std::span<const uint8_t> indices, int32_t codeSize, s
   m_table.fill(0);
 
   // Every index costs at most one code of at most 12 bits; add the clear codes, one per table
-  // filling (which takes over 4000 codes), the first clear, the last prefix and the end code.
-  const size_t maxCodes = indices.size() + indices.size() / 4000 + 4;
+  // filling (which takes at least 4096 - 258 codes, counted generously as 2048), the first
+  // clear, the last prefix and the end code.
+  const size_t maxCodes = indices.size() + indices.size() / 2048 + 4;
   m_packed.resize(maxCodes * 12 / 8 + 8);
   BitPacker packer{m_packed.data()};
 
