@@ -105,8 +105,7 @@ void BuildTree(std::vector<Node>& nodes) {
 }
 
 void WriteRaw(const image::API32bppDIB* source, std::span<const uint8_t> data, std::vector<uint8_t>& out) {
-  out.clear();
-  out.insert(out.end(), kMagicRaw, kMagicRaw + 4);
+  out.assign(kMagicRaw, kMagicRaw + 4);
   PutU32(out, static_cast<uint32_t>(data.size()));
   if (source) {
     PutU32(out, static_cast<uint32_t>(source->Width()));
@@ -176,9 +175,8 @@ bool APIHuffman::Compress(const image::API32bppDIB* source, std::span<const uint
     return true;
   }
 
-  outBlob.clear();
   outBlob.reserve(static_cast<size_t>(packedSize));
-  outBlob.insert(outBlob.end(), kMagicPacked, kMagicPacked + 4);
+  outBlob.assign(kMagicPacked, kMagicPacked + 4);
   PutU32(outBlob, static_cast<uint32_t>(data.size()));
   if (source) {
     PutU32(outBlob, static_cast<uint32_t>(source->Width()));

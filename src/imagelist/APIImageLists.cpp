@@ -199,7 +199,7 @@ void APIImageLists::ExportImageList(const Variant& Index, std::vector<uint8_t>& 
   const String& key = m_keys[static_cast<size_t>(p)];
   std::vector<uint8_t> out;
   try {
-    out.insert(out.end(), kMagic, kMagic + 4);
+    out.assign(kMagic, kMagic + 4);
     PutU32(out, kWrittenVersion);
     PutU32(out, 0);  // formatPos and imagePos, known once the list section is written
     PutU32(out, 0);
