@@ -7,6 +7,7 @@
 #include <iostream>
 #include <string>
 
+#include "grid/GridExample.h"
 #include "host/ScriptPlayer.h"
 #include "morvantix/Library.h"
 #include "platform/Clock.h"
@@ -193,6 +194,12 @@ int renderForm(const std::string& form, const std::string& out) {
 }
 
 int main(int argc, char** argv) {
+  // mxdemo --grid FORM.frm DATABASE.db OUT.png: the grid example filled from its database.
+  if (argc == 5 && std::string(argv[1]) == "--grid") {
+    mx::RegisterLibrary();
+    mx::platform::ScopedVirtualClock clock;
+    return mx::grid::RenderGridExample(argv[2], argv[3], argv[4], std::cerr);
+  }
   if (argc != 2 && argc != 3) {
     std::fprintf(stderr, "usage: mxdemo OUT.png [FORM.frm]\n");
     return 2;
