@@ -8,9 +8,12 @@
 
 #include "host/Err.h"
 #include "host/Form.h"
+#include "platform/Clock.h"
 #include "platform/Desktop.h"
 #include "platform/Input.h"
 #include "platform/MessageQueue.h"
+#include "platform/PngEncoder.h"
+#include "platform/SdlBackend.h"
 #include "platform/Window.h"
 
 namespace mx::host {
@@ -272,6 +275,30 @@ std::string FormatEventLine(StringView sourceName, int32_t index, StringView eve
   return line;
 }
 
+namespace {
+
+// The application's message loop for real windows: runs until no form is loaded or the time is
+// up. A closed window unloads its form through the form's own close handling.
+void RunWindowLoop(int32_t timeoutMs) {
+  const uint64_t start = platform::GetTickCount64();
+  while (!Forms().empty()) {
+    if (timeoutMs > 0 && platform::GetTickCount64() - start >= static_cast<uint64_t>(timeoutMs)) break;
+    platform::RunFor(50);
+  }
+}
+
+// The form as it is on the screen: in a real window, the pixels the window presented (read back
+// from it), else the window's own surface.
+bool SaveFormPicture(const Form& form, const std::string& path) {
+  if (platform::IsSdlBackendActive()) {
+    platform::CapturedImage shown = platform::ReadPresentedPixels(form.hWnd());
+    if (!shown.empty()) return platform::WritePngFile(shown.surface(), path);
+  }
+  return platform::SaveWindowPng(form.hWnd(), path);
+}
+
+}  // namespace
+
 int RunForm(const FormRunOptions& options, std::ostream& out, std::ostream& err) {
   std::vector<ScriptStep> steps;
   if (!options.scriptPath.empty()) {
@@ -317,6 +344,7 @@ int RunForm(const FormRunOptions& options, std::ostream& out, std::ostream& err)
     platform::PumpMessages();
     ScriptPlayer player(form);
     player.Play(steps);
+    if (options.window) RunWindowLoop(options.timeoutMs);
   } catch (const ScriptError& e) {
     err << "mxrun: " << options.scriptPath << ": " << e.what() << "\n";
     code = 1;
@@ -327,7 +355,7 @@ int RunForm(const FormRunOptions& options, std::ostream& out, std::ostream& err)
 
   if (form->IsLoaded()) {
     platform::PumpMessages();
-    if (!options.pngPath.empty() && !platform::SaveWindowPng(form->hWnd(), options.pngPath)) {
+    if (!options.pngPath.empty() && !SaveFormPicture(*form, options.pngPath)) {
       err << "mxrun: cannot write " << options.pngPath << "\n";
       code = 1;
     }

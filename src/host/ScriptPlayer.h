@@ -86,6 +86,10 @@ struct FormRunOptions {
   std::string scriptPath;  // empty: no script
   std::string pngPath;     // empty: no screenshot
   std::string savePath;    // empty: not saved
+  // Real windows: after the script the form runs on the message loop until its last form has
+  // unloaded (the window closed), or until timeoutMs of real time has passed when above 0.
+  bool window = false;
+  int32_t timeoutMs = 0;
 };
 // Returns the process exit code: 0 on success, 1 for a form or script that cannot be read or
 // played (the message, with its line, goes to err).
