@@ -109,7 +109,8 @@ void USFlexGrid::OnRepaint() { DrawGrid(GridData::Redraw()); }
 void USFlexGrid::OnMetricsChanged() {
   if (!UserMode()) RebuildColumnsFromHeaderFormat();
   RecalcMetrics();
-  DrawGrid(true);
+  // Metrics change even while drawing is off; the paint waits for Redraw like any other.
+  DrawGrid(GridData::Redraw());
 }
 
 void USFlexGrid::OnRedrawAt(int32_t firstRow) {

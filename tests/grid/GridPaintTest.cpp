@@ -6,6 +6,8 @@
 
 #include "GridPaintTestSupport.h"
 #include "../support/Golden.h"
+#include "host/Form.h"
+#include "host/Recordset.h"
 #include "platform/Input.h"
 #include "platform/MessageQueue.h"
 #include "platform/ScrollBar.h"
@@ -220,6 +222,53 @@ TEST_F(GridPaintTest, WrapHeadingBreaksAfterNonLettersAndEndsLimitedText) {
   const host::String cut = g->WrapHeading(u"a b c d e f g h i j k l", 20, 2);
   EXPECT_EQ(cut.size() >= 3 ? cut.substr(cut.size() - 3) : cut, u"...");
   EXPECT_EQ(std::count(cut.begin(), cut.end(), u'\n'), 1);
+}
+
+TEST_F(GridPaintTest, RedrawOffBatchesEveryChangeIntoOnePaint) {
+  auto g = Make(10, 10, 300, 200);
+  int paints = 0;
+  // An empty grid asks for data on every paint, which makes paints countable.
+  g->RequestRowData.connect([&](int32_t) { ++paints; });
+  g->Redraw(false);
+  g->BackColorBackground(0x00FFFF);
+  g->GridColor(0x0000FF);
+  g->ShowRowNumbers(true);
+  g->ColumnHeaderLines(2);
+  EXPECT_EQ(paints, 0);
+  g->Redraw(true);
+  EXPECT_EQ(paints, 1);
+  g->GridColor(0x00FF00);
+  EXPECT_EQ(paints, 2);
+  // Changed properties reach the host's dirty list.
+  const auto& changed = g->ChangedProperties();
+  EXPECT_NE(std::find(changed.begin(), changed.end(), u"GridColor"), changed.end());
+}
+
+TEST_F(GridPaintTest, ExampleFormReadsItsGridAndFillsFromTheDatabase) {
+  RegisterControls();
+  auto form = host::LoadFormFile(std::string(MX_SOURCE_DIR) + "/examples/grid.frm");
+  ASSERT_TRUE(form);
+  auto grid = std::dynamic_pointer_cast<USFlexGrid>(form->FindControl(u"grdOrders"));
+  ASSERT_TRUE(grid);
+  EXPECT_EQ(grid->Cols(), 8);
+  EXPECT_EQ(grid->ColType(5), TypeProgressBar);
+  EXPECT_EQ(grid->FreezeAtCol(), 0);
+  EXPECT_EQ(grid->Caption(), u"Pedidos de 2024");
+  auto connection = std::make_shared<host::Connection>();
+  connection->Open(host::FromUtf8(std::string(MX_SOURCE_DIR) + "/examples/grid.db"));
+  auto rs = host::Recordset::Create();
+  rs->Open(u"SELECT Client, Qty, Price, Ordered, Paid, Progress, Action, Client FROM orders", connection);
+  grid->FillGridFromQuery(host::Variant(rs));
+  EXPECT_EQ(grid->Rows(), 3000);
+  form->Show();
+  platform::PumpMessages();
+  EXPECT_TRUE(grid->VerticalScrollBarVisible());
+  EXPECT_TRUE(grid->HorizontalScrollBarVisible());
+  EXPECT_EQ(grid->GetScrollHorizontalPosition(), 1);  // past the frozen column
+  EXPECT_TRUE(grid->CellChecked(0, 4));               // Paid 1 in the first order
+  EXPECT_EQ(grid->RowFirstVisible(), 0);
+  EXPECT_GT(grid->RowLastVisible(), 5);
+  form->Unload();
 }
 
 // A small grid of every painted kind in the default theme and in theme 0.
