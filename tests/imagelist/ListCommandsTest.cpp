@@ -3,6 +3,9 @@
 
 #include <filesystem>
 #include <sstream>
+#include <string>
+
+#include <unistd.h>
 
 #include "ImageListTestSupport.h"
 #include "imagelist/ListCommands.h"
@@ -28,7 +31,9 @@ Result RunMxil(std::vector<std::string> args) {
 class MxilCommands : public ::testing::Test {
  protected:
   void SetUp() override {
-    dir = fs::temp_directory_path() / "mx_mxil_test";
+    // One folder per test and process: ctest runs the tests of this suite side by side.
+    const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+    dir = fs::temp_directory_path() / ("mx_mxil_" + std::string(info->name()) + "_" + std::to_string(::getpid()));
     fs::remove_all(dir);
     fs::create_directories(dir);
     ASSERT_TRUE(Solid(6, 6, 0xFFFF0000)->SaveToFile_PNG(host::FromUtf8((dir / "red.png").string())));
