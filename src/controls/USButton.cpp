@@ -335,13 +335,15 @@ void USButton::Picture(std::shared_ptr<host::StdPicture> value) {
   Refresh();
 }
 
-void USButton::PictureOn(std::shared_ptr<host::StdPicture> value) {
+// The over and down pictures share one rule: the first picture given becomes the normal one, and
+// a picture of another size than the normal one switches the size to custom.
+void USButton::SetStatePicture(std::shared_ptr<host::StdPicture>& slot, std::shared_ptr<host::StdPicture> value,
+                               const char16_t* key, bool shownNow) {
   if (!value || value->IsEmpty()) {
-    m_pictureOn = nullptr;
-    PropertyChanged(u"PicHot");
+    slot = nullptr;
+    PropertyChanged(key);
     return;
   }
-  // The first picture given always becomes the normal one.
   if (!m_picture || m_picture->IsEmpty()) {
     Picture(std::move(value));
     return;
@@ -350,28 +352,17 @@ void USButton::PictureOn(std::shared_ptr<host::StdPicture> value) {
       (value->Width() != m_picture->Width() || value->Height() != m_picture->Height())) {
     PictureSize(Picture_Custom);
   }
-  m_pictureOn = std::move(value);
-  PropertyChanged(u"PicHot");
-  if (m_mouseOver) Refresh();
+  slot = std::move(value);
+  PropertyChanged(key);
+  if (shownNow) Refresh();
+}
+
+void USButton::PictureOn(std::shared_ptr<host::StdPicture> value) {
+  SetStatePicture(m_pictureOn, std::move(value), u"PicHot", m_mouseOver);
 }
 
 void USButton::PictureOver(std::shared_ptr<host::StdPicture> value) {
-  if (!value || value->IsEmpty()) {
-    m_pictureOver = nullptr;
-    PropertyChanged(u"PicDown");
-    return;
-  }
-  if (!m_picture || m_picture->IsEmpty()) {
-    Picture(std::move(value));
-    return;
-  }
-  if (m_pictureSize == Picture_Normal &&
-      (value->Width() != m_picture->Width() || value->Height() != m_picture->Height())) {
-    PictureSize(Picture_Custom);
-  }
-  m_pictureOver = std::move(value);
-  PropertyChanged(u"PicDown");
-  if (m_pressed) Refresh();
+  SetStatePicture(m_pictureOver, std::move(value), u"PicDown", m_pressed);
 }
 
 void USButton::PictureToChange(std::shared_ptr<host::StdPicture> value) {

@@ -320,6 +320,8 @@ class USButton : public host::UserControl {
   void DrawCaption(OLE_COLOR xColour);
   void DrawPicture();
   void RaiseClick(bool xRaise);
+  void SetStatePicture(std::shared_ptr<host::StdPicture>& slot, std::shared_ptr<host::StdPicture> value,
+                       const char16_t* key, bool shownNow);
   void ApplyTheme();
   void ApplyHandPointer();
   void ReleaseMouseTracker();
