@@ -121,8 +121,8 @@ bool ApplyTag(StringView inner, StyleState& st, std::vector<MarkupRun>& runs) {
 
 }  // namespace
 
-bool ParseMarkupColor(StringView spec, OLE_COLOR& colour) {
-  String s = LowerTrim(spec);
+bool ParseMarkupColor(StringView colourText, OLE_COLOR& colour) {
+  String s = LowerTrim(colourText);
   if (s.size() >= 2 && (s.front() == u'"' || s.front() == u'\'') && s.back() == s.front()) s = LowerTrim(StringView(s).substr(1, s.size() - 2));
   if (s.empty()) return false;
   uint32_t v = 0;

@@ -52,7 +52,7 @@ struct MarkupRun {
 [[nodiscard]] std::vector<MarkupRun> ParseMarkup(host::StringView text, bool processPrefix = true,
                                                 bool readTags = true);
 // Reads the value of a <c=...> tag; false when it is not a colour.
-[[nodiscard]] bool ParseMarkupColor(host::StringView spec, OLE_COLOR& colour);
+[[nodiscard]] bool ParseMarkupColor(host::StringView colourText, OLE_COLOR& colour);
 // The text as it shows, without tags, with a line feed for each line break.
 [[nodiscard]] host::String MarkupPlainText(host::StringView text, bool processPrefix = true);
 

@@ -53,7 +53,7 @@ TEST(MarkupParseTest, WhatIsNotATagStaysText) {
 
 TEST(MarkupParseTest, ColoursInEveryForm) {
   struct Case {
-    const char16_t* spec;
+    const char16_t* colourText;
     OLE_COLOR colour;
   };
   const Case good[] = {{u"#FF0000", 0x0000FF}, {u"#00ff80", 0x80FF00}, {u"#F00", 0x0000FF},
@@ -61,8 +61,8 @@ TEST(MarkupParseTest, ColoursInEveryForm) {
                        {u"Navy", 0x800000},    {u"\"orange\"", 0x00A5FF}, {u" grey ", 0x808080}};
   for (const Case& c : good) {
     OLE_COLOR got = 1;
-    EXPECT_TRUE(ParseMarkupColor(c.spec, got)) << host::ToUtf8(c.spec);
-    EXPECT_EQ(got, c.colour) << host::ToUtf8(c.spec);
+    EXPECT_TRUE(ParseMarkupColor(c.colourText, got)) << host::ToUtf8(c.colourText);
+    EXPECT_EQ(got, c.colour) << host::ToUtf8(c.colourText);
   }
   for (const char16_t* bad : {u"", u"#12345", u"#GG0000", u"&H", u"99999999999", u"reddish", u"-1"}) {
     OLE_COLOR got = 0;
