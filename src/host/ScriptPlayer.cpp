@@ -20,6 +20,27 @@ namespace mx::host {
 
 namespace {
 
+// What the screen shows where the window is: pop-ups over it (tooltips, drop-down lists) are part
+// of the picture, as a person looking at the form sees them.
+bool SaveScreenArea(platform::HWND hwnd, const std::string& path) {
+  platform::RECT r{};
+  if (!platform::GetWindowRect(hwnd, &r) || r.right <= r.left || r.bottom <= r.top) return false;
+  const platform::CapturedImage screen = platform::CaptureScreen();
+  platform::CapturedImage part(r.right - r.left, r.bottom - r.top);
+  for (int y = 0; y < part.height(); ++y) {
+    for (int x = 0; x < part.width(); ++x) {
+      const int sx = r.left + x, sy = r.top + y;
+      const bool inside = sx >= 0 && sy >= 0 && sx < screen.width() && sy < screen.height();
+      part.surface().row(y)[x] = inside ? screen.pixel(sx, sy) : 0xFF000000u;
+    }
+  }
+  return platform::WritePngFile(part.surface(), path);
+}
+
+}  // namespace
+
+namespace {
+
 std::string Upper(std::string_view s) {
   std::string out(s);
   for (char& c : out) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
@@ -239,7 +260,7 @@ void ScriptPlayer::Run(const ScriptStep& step) {
       break;
     case ScriptOp::Shot:
       platform::PumpMessages();
-      if (!m_form || !m_form->hWnd() || !platform::SaveWindowPng(m_form->hWnd(), step.text))
+      if (!m_form || !m_form->hWnd() || !SaveScreenArea(m_form->hWnd(), step.text))
         throw ScriptError(step.line, "cannot write the screenshot \"" + step.text + "\"");
       break;
   }

@@ -8,6 +8,7 @@
 
 #include "controls/Registration.h"
 #include "host/ScriptPlayer.h"
+#include "support/Golden.h"
 #include "platform/Clock.h"
 #include "platform/Window.h"
 
@@ -57,6 +58,26 @@ TEST_F(ButtonFormRunTest, BadScriptLineFailsWithItsLine) {
   options.scriptPath.clear();
   options.formPath = std::string(MX_TESTDATA_DIR) + "/no-such-form.frm";
   EXPECT_NE(host::RunForm(options, out, err), 0);
+}
+
+
+// A run shows hover and, after the button's delay, its tooltip over the form: the script's shots
+// are what the screen shows where the form is.
+TEST_F(ButtonFormRunTest, ScriptShotsShowHoverAndTooltip) {
+  const std::string dir = ::testing::TempDir();
+  host::FormRunOptions options;
+  options.formPath = std::string(MX_TESTDATA_DIR) + "/forms/tooltip.frm";
+  // cmdSave spans client pixels 12..112 x 12..42; the tip waits ToolDelayTime (1500 ms).
+  options.scriptPath = Script("move 50 25\nwait 100\nshot " + dir + "hover.png\nwait 1700\nshot " + dir + "tip.png\n");
+  std::ostringstream out, err;
+  ASSERT_EQ(host::RunForm(options, out, err), 0) << err.str();
+  EXPECT_NE(out.str().find("EVENT cmdSave.MouseEnter"), std::string::npos) << out.str();
+  for (const char* name : {"hover", "tip"}) {
+    int w = 0, h = 0;
+    std::vector<uint32_t> px;
+    ASSERT_TRUE(test::ReadPngFile(dir + name + ".png", w, h, px)) << name;
+    test::ExpectGolden("controls", std::string("script_") + name, w, h, px);
+  }
 }
 
 }  // namespace
