@@ -25,29 +25,29 @@ namespace {
 // metric-compatible with the faces they replace, so captions measure the same; Tahoma is the
 // narrow sibling of Verdana, as DejaVu Sans Condensed is of DejaVu Sans.
 struct Substitute {
-  const char* classic;  // lower case
+  const char* classic;  // as the classic system spells it; matched without regard to case
   const char* installed;
 };
 constexpr Substitute kSubstitutes[] = {
-    {"arial", "Liberation Sans"},
-    {"helvetica", "Liberation Sans"},
-    {"ms sans serif", "Liberation Sans"},
-    {"microsoft sans serif", "Liberation Sans"},
-    {"ms shell dlg", "Liberation Sans"},
-    {"ms shell dlg 2", "Liberation Sans"},
-    {"segoe ui", "Liberation Sans"},
-    {"system", "Liberation Sans"},
-    {"tahoma", "DejaVu Sans Condensed"},
-    {"verdana", "DejaVu Sans"},
-    {"times new roman", "Liberation Serif"},
-    {"times", "Liberation Serif"},
-    {"ms serif", "Liberation Serif"},
-    {"courier new", "Liberation Mono"},
-    {"courier", "Liberation Mono"},
-    {"lucida console", "Liberation Mono"},
-    {"consolas", "Liberation Mono"},
-    {"fixedsys", "Liberation Mono"},
-    {"terminal", "Liberation Mono"},
+    {"Arial", "Liberation Sans"},
+    {"Helvetica", "Liberation Sans"},
+    {"MS Sans Serif", "Liberation Sans"},
+    {"Microsoft Sans Serif", "Liberation Sans"},
+    {"MS Shell Dlg", "Liberation Sans"},
+    {"MS Shell Dlg 2", "Liberation Sans"},
+    {"Segoe UI", "Liberation Sans"},
+    {"System", "Liberation Sans"},
+    {"Tahoma", "DejaVu Sans Condensed"},
+    {"Verdana", "DejaVu Sans"},
+    {"Times New Roman", "Liberation Serif"},
+    {"Times", "Liberation Serif"},
+    {"MS Serif", "Liberation Serif"},
+    {"Courier New", "Liberation Mono"},
+    {"Courier", "Liberation Mono"},
+    {"Lucida Console", "Liberation Mono"},
+    {"Consolas", "Liberation Mono"},
+    {"Fixedsys", "Liberation Mono"},
+    {"Terminal", "Liberation Mono"},
 };
 constexpr const char* kDefaultFamily = "Liberation Sans";
 // Code points a face lacks are taken from this face, which covers far more of Unicode.
@@ -310,7 +310,7 @@ struct FontEngine::Impl {
     std::string family = kDefaultFamily;
     bool substituted = false;
     for (const Substitute& s : kSubstitutes) {
-      if (key == s.classic) {
+      if (key == Lower(s.classic)) {
         family = s.installed;
         substituted = true;
         break;
@@ -366,6 +366,12 @@ FontEngine::FontEngine() : m_impl(std::make_unique<Impl>()) {
 FontEngine::~FontEngine() = default;
 
 std::string FontEngine::resolveFamily(std::u16string_view faceName) { return m_impl->resolveFamily(faceName); }
+
+std::vector<std::string> ClassicFaceNames() {
+  std::vector<std::string> names;
+  for (const Substitute& s : kSubstitutes) names.emplace_back(s.classic);
+  return names;
+}
 
 size_t FontEngine::cachedGlyphCount() const {
   size_t n = 0;

@@ -98,6 +98,9 @@ class FontEngine {
   std::unique_ptr<Impl> m_impl;
 };
 
+// The classic face names that resolveFamily maps to installed faces, in the classic spelling.
+[[nodiscard]] std::vector<std::string> ClassicFaceNames();
+
 // The description used when a DC has no font selected or a stale one.
 [[nodiscard]] const LOGFONTW& DefaultLogFont();
 
