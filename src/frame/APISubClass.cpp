@@ -196,6 +196,17 @@ platform::WNDENUMPROC CallbackAddress::AsEnumProc() const {
   };
 }
 
+platform::FONTENUMPROCW CallbackAddress::AsFontEnumProc() const {
+  CallbackAddress self = *this;
+  return [self](const platform::LOGFONTW* lf, const platform::TEXTMETRICW* tm, platform::DWORD type,
+                LPARAM lParam) -> int {
+    return self({reinterpret_cast<intptr_t>(lf), reinterpret_cast<intptr_t>(tm), static_cast<intptr_t>(type),
+                 static_cast<intptr_t>(lParam)}) != 0
+               ? 1
+               : 0;
+  };
+}
+
 // ---- the class ---------------------------------------------------------------------------------
 
 APISubClass::APISubClass(SubclassOwner* owner) : m_owner(owner), m_self(std::make_unique<SelfOwner>(*this)) {}
@@ -508,6 +519,23 @@ void APISubClass::EnumWindowHandles(SubclassOwner* oCallback, int32_t nOrdinal) 
   if (!address) return;
   platform::EnumWindows(address.AsEnumProc(), 0);
   scb_ReleaseCallback(nOrdinal, owner);
+}
+
+void APISubClass::EnumFonts(platform::HDC hDC, SubclassOwner* oCallback, int32_t nOrdinal) {
+  SubclassOwner* owner = oCallback ? oCallback : m_self.get();
+  CallbackAddress address = scb_SetCallbackAddr(4, nOrdinal, owner);
+  if (!address) return;
+  // No face name and any character set: one call per family.
+  platform::EnumFontFamiliesW(hDC, nullptr, address.AsFontEnumProc(), 0);
+  scb_ReleaseCallback(nOrdinal, owner);
+}
+
+host::String APISubClass::EnumFontName(intptr_t EnumValue) {
+  if (EnumValue == 0) return {};
+  const auto* lf = reinterpret_cast<const platform::LOGFONTW*>(EnumValue);
+  size_t n = 0;
+  while (n < static_cast<size_t>(platform::LF_FACESIZE) && lf->lfFaceName[n]) ++n;
+  return host::String(std::u16string_view(lf->lfFaceName, n));
 }
 
 }  // namespace mx::frame

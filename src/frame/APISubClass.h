@@ -41,6 +41,7 @@
 
 #include "host/Event.h"
 #include "host/String.h"
+#include "platform/FontEnum.h"
 #include "platform/Hook.h"
 #include "platform/Messages.h"
 #include "platform/Timer.h"
@@ -175,6 +176,8 @@ class CallbackAddress {
   // The same callable in the shapes the platform's calls take.
   [[nodiscard]] platform::TIMERPROC AsTimerProc() const;
   [[nodiscard]] platform::WNDENUMPROC AsEnumProc() const;
+  // Arguments (address of the LOGFONTW, address of the TEXTMETRICW, font type, lParam).
+  [[nodiscard]] platform::FONTENUMPROCW AsFontEnumProc() const;
 
   friend bool operator==(const CallbackAddress& a, const CallbackAddress& b) { return a.m_block == b.m_block; }
 
@@ -252,6 +255,13 @@ class APISubClass {
   // EnumCallback and the enumeration runs to the end; an owner's CallbackProc gets (value,
   // lParam 0) and its 0 stops it.
   void EnumWindowHandles(SubclassOwner* oCallback = nullptr, int32_t nOrdinal = 1);
+  // Every font family hDC can draw with, in any character set. The value is the address of the
+  // family's LOGFONTW, valid during the call only (EnumFontName reads its face name); an owner's
+  // CallbackProc gets the platform's four arguments (LOGFONTW, TEXTMETRICW, font type, lParam
+  // 0). A DC that does not exist lists nothing.
+  void EnumFonts(platform::HDC hDC, SubclassOwner* oCallback = nullptr, int32_t nOrdinal = 1);
+  // The face name behind a value that EnumFonts raised; empty for 0.
+  [[nodiscard]] static host::String EnumFontName(intptr_t EnumValue);
 
   // ---- events --------------------------------------------------------------------------------
 
