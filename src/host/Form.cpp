@@ -10,6 +10,8 @@
 #include "host/FormImpl.h"
 #include "host/Screen.h"
 #include "host/Strings.h"
+#include "host/HostControls.h"
+#include "host/IntrinsicControl.h"
 #include "host/UserControl.h"
 #include "platform/Gdi.h"
 #include "platform/User.h"
@@ -47,6 +49,8 @@ void StylesFor(int16_t borderStyle, DWORD& style, DWORD& exStyle) {
 }
 
 UserControl* AsUserControl(Control* c) { return dynamic_cast<UserControl*>(c); }
+// The host's own windowed controls (VB.TextBox) take the same steps as user controls.
+IntrinsicControl* AsIntrinsic(Control* c) { return dynamic_cast<IntrinsicControl*>(c); }
 
 }  // namespace
 
@@ -65,6 +69,7 @@ Form::~Form() {
   if (m_hwnd) SetWindowLongPtr(m_hwnd, GWLP_USERDATA, 0);
   for (auto& c : m_controls)
     if (auto* uc = AsUserControl(c.get())) uc->SetSiteFilter(nullptr);
+    else if (auto* ic = AsIntrinsic(c.get())) ic->SetSiteFilter(nullptr);
   std::vector<std::shared_ptr<Control>> controls;
   controls.swap(m_controls);
   for (auto& c : controls) c->m_form = nullptr;
@@ -94,6 +99,7 @@ void Form::EnsureWindow() {
   // Controls sited before the window existed (or after an unload) get theirs now.
   for (auto& c : m_controls)
     if (auto* uc = AsUserControl(c.get())) uc->CreateControlWindow(ContainerWindow(c->Container()));
+    else if (auto* ic = AsIntrinsic(c.get())) ic->CreateControlWindow(ContainerWindow(c->Container()));
 }
 
 HWND Form::ContainerWindow(const Control* container) const {
@@ -203,6 +209,13 @@ void Form::SiteControl(const std::shared_ptr<Control>& control, StringView name,
       if (m_impl->sink) m_impl->sink(raw->Name(), raw->Index(), eventName, args);
     });
     if (m_hwnd) uc->CreateControlWindow(ContainerWindow(container));
+  } else if (auto* ic = AsIntrinsic(control.get())) {
+    Control* raw = control.get();
+    ic->SetSiteFilter([this, raw](uint32_t msg, uintptr_t w, intptr_t l) { return ControlKey(*raw, msg, w, l); });
+    ic->ConnectEventSink([this, raw](StringView eventName, std::span<Variant> args) {
+      if (m_impl->sink) m_impl->sink(raw->Name(), raw->Index(), eventName, args);
+    });
+    if (m_hwnd) ic->CreateControlWindow(ContainerWindow(container));
   }
   control->SiteChanged();
 }
@@ -210,6 +223,7 @@ void Form::SiteControl(const std::shared_ptr<Control>& control, StringView name,
 std::shared_ptr<Control> Form::AddControl(StringView progId, StringView name, Control* container) {
   if (FindControl(name))
     Raise(727, m_name, u"There is already a control with the name '" + String(name) + u"'");
+  RegisterHostControls();
   std::shared_ptr<Control> control = CreateControl(progId);
   EnsureWindow();
   SiteControl(control, name, -1, container);
@@ -217,6 +231,9 @@ std::shared_ptr<Control> Form::AddControl(StringView progId, StringView name, Co
   if (auto* uc = AsUserControl(control.get())) {
     uc->LoadNew(m_mode == FormMode::Run);
     if (m_impl->shown) uc->ShowControl();
+  } else if (auto* ic = AsIntrinsic(control.get())) {
+    ic->LoadNew(m_mode == FormMode::Run);
+    if (m_impl->shown) ic->ShowControl();
   }
   return control;
 }
@@ -232,6 +249,9 @@ void Form::RemoveControl(StringView name) {
   if (auto* uc = AsUserControl(control.get())) {
     uc->SetSiteFilter(nullptr);
     uc->TerminateControl();
+  } else if (auto* ic = AsIntrinsic(control.get())) {
+    ic->SetSiteFilter(nullptr);
+    ic->TerminateControl();
   }
   if (m_impl->lastFocus && m_impl->lastFocus == control->hWnd()) m_impl->lastFocus = 0;
   std::erase(m_controls, control);
@@ -571,6 +591,7 @@ void Form::Show(int16_t modal, Form* owner) {
   std::vector<std::shared_ptr<Control>> controls = m_controls;
   for (const auto& c : controls)
     if (auto* uc = AsUserControl(c.get())) uc->ShowControl();
+    else if (auto* ic = AsIntrinsic(c.get())) ic->ShowControl();
   if (!m_hwnd) return;
   ShowWindow(m_hwnd, SW_SHOW);
   SetActiveWindow(m_hwnd);
@@ -618,6 +639,7 @@ void Form::Hide() {
   std::vector<std::shared_ptr<Control>> controls = m_controls;
   for (const auto& c : controls)
     if (auto* uc = AsUserControl(c.get())) uc->HideControl();
+    else if (auto* ic = AsIntrinsic(c.get())) ic->HideControl();
   if (m_hwnd) ShowWindow(m_hwnd, SW_HIDE);
   m_impl->holdFocus = false;
 }
@@ -636,10 +658,14 @@ bool Form::Unload(int16_t unloadMode) {
   std::vector<std::shared_ptr<Control>> controls = m_controls;
   for (const auto& c : controls)
     if (auto* uc = AsUserControl(c.get())) uc->HideControl();
+    else if (auto* ic = AsIntrinsic(c.get())) ic->HideControl();
   for (const auto& c : controls)
     if (auto* uc = AsUserControl(c.get())) {
       uc->SetSiteFilter(nullptr);
       uc->TerminateControl();
+    } else if (auto* ic = AsIntrinsic(c.get())) {
+      ic->SetSiteFilter(nullptr);
+      ic->TerminateControl();
     }
   for (const auto& c : controls) c->m_form = nullptr;
   m_controls.clear();

@@ -1,6 +1,6 @@
 // Forms from and to form files: the root block's own lines, each control built by class name,
-// sited with its extender lines and fed its bag, and the blocks of the host's intrinsic controls
-// kept as they came.
+// sited with its extender lines and fed its bag; the host's own controls built the same way where
+// their class is registered, and the blocks of the others kept as they came.
 #include <cmath>
 #include <filesystem>
 
@@ -10,6 +10,8 @@
 #include "host/FormFileReader.h"
 #include "host/FormFileWriter.h"
 #include "host/FormImpl.h"
+#include "host/HostControls.h"
+#include "host/IntrinsicControl.h"
 #include "host/Screen.h"
 #include "host/Strings.h"
 #include "host/UserControl.h"
@@ -60,6 +62,7 @@ std::shared_ptr<Form> Form::FromFormFile(const FormFile& file, FormMode mode) {
   const FormBlock& root = file.root;
   if (FoldCase(root.FullClassName()) != FoldCase(u"VB.Form"))
     Raise(kErrInvalidProcedureCall, root.name, u"The file's root block is " + root.FullClassName() + u", not VB.Form");
+  RegisterHostControls();
   auto form = std::make_shared<Form>(root.name, mode);
   Impl& im = *form->m_impl;
   im.source = file;
@@ -101,9 +104,9 @@ std::shared_ptr<Form> Form::FromFormFile(const FormFile& file, FormMode mode) {
 
 void Form::LoadBlocks(const FormBlock& parent, Control* container) {
   for (const FormBlock& block : parent.children) {
-    if (block.IsHostClass()) {
-      // The host's intrinsic controls are not built: their blocks, and whatever they contain,
-      // are written back as they came.
+    if (block.IsHostClass() && !IsControlClassRegistered(block.FullClassName())) {
+      // The host's intrinsic controls that are not implemented are not built: their blocks, and
+      // whatever they contain, are written back as they came.
       m_impl->keptBlocks.push_back(Impl::KeptBlock{m_controls.size(), container, block});
       continue;
     }
@@ -129,6 +132,10 @@ void Form::LoadBlocks(const FormBlock& parent, Control* container) {
     if (auto* uc = dynamic_cast<UserControl*>(control.get())) {
       PropertyBag bag = block.bag;
       uc->LoadFrom(bag, m_mode == FormMode::Run);
+    } else if (auto* ic = dynamic_cast<IntrinsicControl*>(control.get())) {
+      // All lines of a host class's block are the host's: the control reads its own among them.
+      PropertyBag lines = block.host;
+      NamingFailures(block.name, [&] { ic->LoadFrom(lines, m_mode == FormMode::Run); });
     }
     LoadBlocks(block, control.get());
   }
@@ -221,6 +228,8 @@ void Form::WriteBlocks(FormBlock& parent, const Control* container) const {
       Keep(h, src, u"_ExtentX", static_cast<int32_t>(std::lround(w * 2540.0 / 96.0)), Variant::Missing());
       Keep(h, src, u"_ExtentY", static_cast<int32_t>(std::lround(hgt * 2540.0 / 96.0)), Variant::Missing());
       uc->SaveTo(block.bag);
+    } else if (auto* ic = dynamic_cast<const IntrinsicControl*>(&c)) {
+      ic->SaveTo(h);
     }
     WriteBlocks(block, &c);
     parent.children.push_back(std::move(block));
