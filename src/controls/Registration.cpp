@@ -5,6 +5,7 @@
 #include "controls/USAlphaImage.h"
 #include "controls/USButton.h"
 #include "controls/USCheckBox.h"
+#include "controls/USGroupBox.h"
 #include "controls/USImageList.h"
 #include "controls/USLabel.h"
 #include "controls/USOptionButton.h"
@@ -19,6 +20,7 @@ void RegisterControls() {
     host::RegisterControlClass(u"Morvantix.USAlphaImage", [] { return std::make_shared<USAlphaImage>(); });
     host::RegisterControlClass(u"Morvantix.USButton", [] { return std::make_shared<USButton>(); });
     host::RegisterControlClass(u"Morvantix.USCheckBox", [] { return std::make_shared<USCheckBox>(); });
+    host::RegisterControlClass(u"Morvantix.USGroupBox", [] { return std::make_shared<USGroupBox>(); });
     host::RegisterControlClass(u"Morvantix.USImageList", [] { return std::make_shared<USImageList>(); });
     host::RegisterControlClass(u"Morvantix.USLabel", [] { return std::make_shared<USLabel>(); });
     host::RegisterControlClass(u"Morvantix.USOptionButton", [] { return std::make_shared<USOptionButton>(); });
