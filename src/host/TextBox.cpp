@@ -346,7 +346,9 @@ void TextBox::SaveTo(PropertyBag& bag) const {
   put(u"BackColor", im.backColor, vbWindowBackground);
   put(u"BorderStyle", im.borderStyle, int16_t{1});
   put(u"Enabled", im.enabled, true);
-  put(u"Font", Variant(im.font), Variant::Missing());
+  // The form's own font is the one a box has unless it was given another: not written then.
+  if (m_form && m_form->Font() && im.font->SameAs(*m_form->Font())) bag.Remove(u"Font");
+  else put(u"Font", Variant(im.font), Variant::Missing());
   put(u"ForeColor", im.foreColor, vbWindowText);
   put(u"HideSelection", im.hideSelection, true);
   put(u"Locked", im.locked, false);
