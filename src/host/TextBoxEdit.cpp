@@ -249,8 +249,9 @@ void TextBox::Impl::HandleKeyDown(int16_t keyCode, int16_t shift) {
       } else {
         const TextBoxLine& l = lines[static_cast<size_t>(LineOf(caret))];
         int32_t end = l.start + l.length;
-        // The end of a wrapped line is the start of the next: stay before a trailing blank.
-        if (end < n && text[static_cast<size_t>(end)] != u'\r' && end > l.start) end = l.start + l.length;
+        // The end of a wrapped line is the start of the next, where the caret would show on
+        // the next line: stay before the line's last character (its trailing blank).
+        if (end < n && text[static_cast<size_t>(end)] != u'\r' && end > l.start) end = PrevPosition(end);
         moveTo(end);
       }
       break;
