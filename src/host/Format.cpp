@@ -192,7 +192,8 @@ String RenderNumber(double value, const NumberPattern& pattern, const Locale& lo
   // The whole part's digits, most significant first; empty when below one.
   std::string whole;
   for (int power = digits.pointPosition - 1; power >= 0; --power) whole.push_back(static_cast<char>('0' + digits.DigitAt(power)));
-  int significantFraction = std::max(0, static_cast<int>(digits.digits.size()) - std::max(0, digits.pointPosition));
+  // Below 0.1 the point position is negative and the zeros right after the point count too.
+  int significantFraction = std::max(0, static_cast<int>(digits.digits.size()) - digits.pointPosition);
 
   // Digits of the whole part by placeholder: the k-th placeholder from the right takes the k-th
   // digit from the right, and the leftmost one also takes all the digits left over.
