@@ -11,6 +11,7 @@
 #include "controls/USOptionButton.h"
 #include "controls/USProgressBar.h"
 #include "controls/USScrollBar.h"
+#include "controls/USStatusBar.h"
 #include "host/ControlRegistry.h"
 
 namespace mx::controls {
@@ -26,6 +27,7 @@ void RegisterControls() {
     host::RegisterControlClass(u"Morvantix.USOptionButton", [] { return std::make_shared<USOptionButton>(); });
     host::RegisterControlClass(u"Morvantix.USProgressBar", [] { return std::make_shared<USProgressBar>(); });
     host::RegisterControlClass(u"Morvantix.USScrollBar", [] { return std::make_shared<USScrollBar>(); });
+    host::RegisterControlClass(u"Morvantix.USStatusBar", [] { return std::make_shared<USStatusBar>(); });
     return true;
   }();
   (void)registered;
