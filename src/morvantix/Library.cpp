@@ -1,5 +1,6 @@
 #include "morvantix/Library.h"
 
+#include "chrome/Registration.h"
 #include "controls/Registration.h"
 #include "grid/USFlexGrid.h"
 
@@ -9,6 +10,7 @@ void RegisterLibrary() {
   // Each layer's registration is idempotent on its own; this is the one place that calls them all.
   controls::RegisterControls();
   grid::RegisterControls();
+  chrome::RegisterControls();
 }
 
 }  // namespace mx
