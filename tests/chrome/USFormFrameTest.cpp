@@ -1,6 +1,7 @@
 // The frame on the parent: removal on the first show, the strips' places and heights, the
 // caption buttons' slots, hover, tooltips and clicks, and the deferred unload.
 #include "ChromeTestSupport.h"
+#include "controls/Registration.h"
 
 namespace mx::chrome::testing {
 namespace {
@@ -225,6 +226,31 @@ TEST_F(ChromeTest, ActivationRepaintsAndRaisesFormActivated) {
   PumpMessages();
   EXPECT_TRUE(chrome->FormActive());
   EXPECT_EQ(seen, (std::vector<bool>{false, true}));
+}
+
+}  // namespace
+}  // namespace mx::chrome::testing
+
+namespace mx::chrome::testing {
+namespace {
+
+using namespace platform;
+
+// The example form, read through the class registry as a host loads it.
+TEST_F(ChromeTest, ExampleFormLoadsWithItsFrame) {
+  controls::RegisterControls();
+  auto form = host::LoadFormFile(std::string(MX_SOURCE_DIR) + "/examples/chrome.frm");
+  m_forms.push_back(form);
+  auto chrome = std::dynamic_pointer_cast<USForm>(form->FindControl(u"USForm1"));
+  ASSERT_NE(chrome, nullptr);
+  EXPECT_TRUE(chrome->AllowResize());
+  EXPECT_TRUE(chrome->Font()->Bold());
+  form->Show();
+  RunFor(20);
+  EXPECT_TRUE(chrome->SubclassActive());
+  EXPECT_EQ(GetWindowLong(form->hWnd(), GWL_STYLE) & static_cast<LONG>(WS_CAPTION), 0);
+  EXPECT_EQ(WindowRect(chrome->hWnd()).height(), 26);
+  ASSERT_NE(form->FindControl(u"cmdSave"), nullptr);
 }
 
 }  // namespace
