@@ -2,6 +2,7 @@
 
 #include "chrome/Registration.h"
 #include "controls/Registration.h"
+#include "dates/Registration.h"
 #include "grid/USFlexGrid.h"
 
 namespace mx {
@@ -9,6 +10,7 @@ namespace mx {
 void RegisterLibrary() {
   // Each layer's registration is idempotent on its own; this is the one place that calls them all.
   controls::RegisterControls();
+  dates::RegisterControls();
   grid::RegisterControls();
   chrome::RegisterControls();
 }
