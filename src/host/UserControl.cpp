@@ -496,6 +496,18 @@ void UserControl::TerminateControl() {
   ReleaseWindowResources();
 }
 
+void UserControl::OLEDragOverControl(DataObject& Data, int32_t& Effect, int16_t Button, int16_t Shift, float X,
+                                     float Y, int16_t State) {
+  if (m_terminated) return;
+  m_impl->Guard([&] { UserControl_OLEDragOver(Data, Effect, Button, Shift, X, Y, State); });
+}
+
+void UserControl::OLEDragDropControl(DataObject& Data, int32_t& Effect, int16_t Button, int16_t Shift, float X,
+                                     float Y) {
+  if (m_terminated) return;
+  m_impl->Guard([&] { UserControl_OLEDragDrop(Data, Effect, Button, Shift, X, Y); });
+}
+
 // ---- ambient and extender ------------------------------------------------------------------------
 
 bool AmbientProperties::UserMode() const { return m_owner.m_userMode; }

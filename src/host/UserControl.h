@@ -54,6 +54,7 @@
 
 namespace mx::host {
 
+class DataObject;
 class PropertyBag;
 class UserControl;
 
@@ -124,6 +125,12 @@ class UserControl : public Control {
   void HideControl();
   void TerminateControl();
   [[nodiscard]] bool IsTerminated() const { return m_terminated; }
+  // Data dragged over or dropped on the control (what the platform's drop target hands the
+  // host): OLEDragOver, OLEDragDrop. Effect is in and out; X and Y are client pixels; State is
+  // 0 enter, 1 leave, 2 over.
+  void OLEDragOverControl(DataObject& Data, int32_t& Effect, int16_t Button, int16_t Shift, float X, float Y,
+                          int16_t State);
+  void OLEDragDropControl(DataObject& Data, int32_t& Effect, int16_t Button, int16_t Shift, float X, float Y);
 
   // ---- The host's members used by controls ------------------------------------------------------
 
@@ -241,6 +248,10 @@ class UserControl : public Control {
   virtual void UserControl_MouseUp(int16_t& Button, int16_t& Shift, float& X, float& Y) {}
   // 0 none, 3 hit: whether a point inside the window belongs to the control (windowless shape).
   virtual void UserControl_HitTest(float X, float Y, int16_t& HitResult) {}
+  virtual void UserControl_OLEDragOver(DataObject& Data, int32_t& Effect, int16_t& Button, int16_t& Shift, float& X,
+                                       float& Y, int16_t& State) {}
+  virtual void UserControl_OLEDragDrop(DataObject& Data, int32_t& Effect, int16_t& Button, int16_t& Shift, float& X,
+                                       float& Y) {}
   virtual void UserControl_Terminate() {}
 
   // Window messages the host has no event for reach the control here first; return true when
