@@ -129,36 +129,6 @@ void ToggleControl::Theme(int32_t value) {
   DrawState(-1, true);
 }
 
-void ToggleControl::Font(std::shared_ptr<host::StdFont> value) {
-  UserControl::Font(std::move(value));
-  PropertyChanged(u"Font");
-  Refresh();
-}
-void ToggleControl::FontBold(bool value) {
-  UserControl::FontBold(value);
-  PropertyChanged(u"FontBold");
-  Refresh();
-}
-void ToggleControl::FontItalic(bool value) {
-  UserControl::FontItalic(value);
-  PropertyChanged(u"FontItalic");
-  Refresh();
-}
-void ToggleControl::FontSize(float value) {
-  UserControl::FontSize(value);
-  PropertyChanged(u"FontSize");
-  Refresh();
-}
-void ToggleControl::FontStrikeThru(bool value) {
-  UserControl::FontStrikethru(value);
-  PropertyChanged(u"FontStrikethru");
-  Refresh();
-}
-void ToggleControl::FontUnderline(bool value) {
-  UserControl::FontUnderline(value);
-  PropertyChanged(u"FontUnderline");
-  Refresh();
-}
 
 void ToggleControl::MousePointer(int16_t value) {
   UserControl::MousePointer(value);

@@ -11,6 +11,7 @@
 #include <memory>
 #include <span>
 
+#include "controls/CaptionControl.h"
 #include "host/Event.h"
 #include "host/PropertyBag.h"
 #include "host/StdFont.h"
@@ -44,7 +45,7 @@ struct ToggleGlyphColors {
 };
 [[nodiscard]] ToggleGlyphColors GlyphColors(int32_t xTheme, int32_t xState);
 
-class ToggleControl : public host::UserControl {
+class ToggleControl : public CaptionControl {
  public:
   static constexpr int32_t kStateNormal = 0;
   static constexpr int32_t kStateOver = 1;
@@ -78,18 +79,6 @@ class ToggleControl : public host::UserControl {
   // Stores the theme and repaints: the theme only chooses the glyph's colours.
   void Theme(int32_t value);
 
-  [[nodiscard]] std::shared_ptr<host::StdFont> Font() const { return UserControl::Font(); }
-  void Font(std::shared_ptr<host::StdFont> value);
-  [[nodiscard]] bool FontBold() const { return UserControl::FontBold(); }
-  void FontBold(bool value);
-  [[nodiscard]] bool FontItalic() const { return UserControl::FontItalic(); }
-  void FontItalic(bool value);
-  [[nodiscard]] float FontSize() const { return UserControl::FontSize(); }
-  void FontSize(float value);
-  [[nodiscard]] bool FontStrikeThru() const { return UserControl::FontStrikethru(); }
-  void FontStrikeThru(bool value);
-  [[nodiscard]] bool FontUnderline() const { return UserControl::FontUnderline(); }
-  void FontUnderline(bool value);
   [[nodiscard]] int16_t MousePointer() const { return UserControl::MousePointer(); }
   void MousePointer(int16_t value);
   [[nodiscard]] std::shared_ptr<host::StdPicture> MouseIcon() const { return UserControl::MouseIcon(); }
@@ -126,6 +115,7 @@ class ToggleControl : public host::UserControl {
   [[nodiscard]] platform::RECT CaptionRect() const { return m_captionRect; }
 
  protected:
+  void RepaintForFont() override { Refresh(); }
   // The control's class name, for errors.
   [[nodiscard]] virtual const char16_t* ClassName() const = 0;
   // What a click does to Value (toggle, or set), with its PropertyChanged.

@@ -280,36 +280,6 @@ void USButton::GradientColorDown(int32_t index, OLE_COLOR value) {
   PropertyChanged(u"GradientColorDown" + String(1, static_cast<char16_t>(u'0' + index)));
 }
 
-void USButton::Font(std::shared_ptr<host::StdFont> value) {
-  UserControl::Font(std::move(value));
-  PropertyChanged(u"Font");
-  Refresh();
-}
-void USButton::FontBold(bool value) {
-  UserControl::FontBold(value);
-  PropertyChanged(u"FontBold");
-  Refresh();
-}
-void USButton::FontItalic(bool value) {
-  UserControl::FontItalic(value);
-  PropertyChanged(u"FontItalic");
-  Refresh();
-}
-void USButton::FontSize(float value) {
-  UserControl::FontSize(value);
-  PropertyChanged(u"FontSize");
-  Refresh();
-}
-void USButton::FontStrikeThru(bool value) {
-  UserControl::FontStrikethru(value);
-  PropertyChanged(u"FontStrikethru");
-  Refresh();
-}
-void USButton::FontUnderline(bool value) {
-  UserControl::FontUnderline(value);
-  PropertyChanged(u"FontUnderline");
-  Refresh();
-}
 
 void USButton::MousePointer(int16_t value) {
   UserControl::MousePointer(value);

@@ -13,6 +13,7 @@
 #include <memory>
 #include <span>
 
+#include "controls/CaptionControl.h"
 #include "host/Event.h"
 #include "host/PropertyBag.h"
 #include "host/StdFont.h"
@@ -59,7 +60,7 @@ enum ENUM_PICTURE_SIZES : int32_t {
   Picture_Custom = 5,
 };
 
-class USButton : public host::UserControl {
+class USButton : public CaptionControl {
  public:
   // The painted states.
   static constexpr int32_t kStateNormal = 0;
@@ -176,18 +177,6 @@ class USButton : public host::UserControl {
   [[nodiscard]] OLE_COLOR GradientColorDown4() const { return GradientColorDown(4); }
   void GradientColorDown4(OLE_COLOR value) { GradientColorDown(4, value); }
 
-  [[nodiscard]] std::shared_ptr<host::StdFont> Font() const { return UserControl::Font(); }
-  void Font(std::shared_ptr<host::StdFont> value);
-  [[nodiscard]] bool FontBold() const { return UserControl::FontBold(); }
-  void FontBold(bool value);
-  [[nodiscard]] bool FontItalic() const { return UserControl::FontItalic(); }
-  void FontItalic(bool value);
-  [[nodiscard]] float FontSize() const { return UserControl::FontSize(); }
-  void FontSize(float value);
-  [[nodiscard]] bool FontStrikeThru() const { return UserControl::FontStrikethru(); }
-  void FontStrikeThru(bool value);
-  [[nodiscard]] bool FontUnderline() const { return UserControl::FontUnderline(); }
-  void FontUnderline(bool value);
   [[nodiscard]] int16_t MousePointer() const { return UserControl::MousePointer(); }
   void MousePointer(int16_t value);
   [[nodiscard]] std::shared_ptr<host::StdPicture> MouseIcon() const { return UserControl::MouseIcon(); }
@@ -288,6 +277,7 @@ class USButton : public host::UserControl {
   [[nodiscard]] const frame::APITooltip* ToolTip() const { return m_toolTip.get(); }
 
  protected:
+  void RepaintForFont() override { Refresh(); }
   void UserControl_Initialize() override;
   void UserControl_InitProperties() override;
   void UserControl_ReadProperties(host::PropertyBag& PropBag) override;

@@ -87,36 +87,6 @@ void USLabel::DisableMouseEvents(bool value) {
   PropertyChanged(u"DisableMouseEvents");
 }
 
-void USLabel::Font(std::shared_ptr<host::StdFont> value) {
-  UserControl::Font(std::move(value));
-  PropertyChanged(u"Font");
-  Refresh();
-}
-void USLabel::FontBold(bool value) {
-  UserControl::FontBold(value);
-  PropertyChanged(u"FontBold");
-  Refresh();
-}
-void USLabel::FontItalic(bool value) {
-  UserControl::FontItalic(value);
-  PropertyChanged(u"FontItalic");
-  Refresh();
-}
-void USLabel::FontSize(float value) {
-  UserControl::FontSize(value);
-  PropertyChanged(u"FontSize");
-  Refresh();
-}
-void USLabel::FontStrikeThru(bool value) {
-  UserControl::FontStrikethru(value);
-  PropertyChanged(u"FontStrikethru");
-  Refresh();
-}
-void USLabel::FontUnderline(bool value) {
-  UserControl::FontUnderline(value);
-  PropertyChanged(u"FontUnderline");
-  Refresh();
-}
 
 void USLabel::MousePointer(int16_t value) {
   UserControl::MousePointer(value);

@@ -9,6 +9,7 @@
 #include <memory>
 #include <span>
 
+#include "controls/CaptionControl.h"
 #include "controls/MarkupText.h"
 #include "host/Event.h"
 #include "host/PropertyBag.h"
@@ -25,7 +26,7 @@ class APIMouseEvents;
 
 namespace mx::controls {
 
-class USLabel : public host::UserControl {
+class USLabel : public CaptionControl {
  public:
   USLabel();
   ~USLabel() override;
@@ -59,18 +60,6 @@ class USLabel : public host::UserControl {
   [[nodiscard]] bool DisableMouseEvents() const { return m_disableMouseEvents; }
   void DisableMouseEvents(bool value);
 
-  [[nodiscard]] std::shared_ptr<host::StdFont> Font() const { return UserControl::Font(); }
-  void Font(std::shared_ptr<host::StdFont> value);
-  [[nodiscard]] bool FontBold() const { return UserControl::FontBold(); }
-  void FontBold(bool value);
-  [[nodiscard]] bool FontItalic() const { return UserControl::FontItalic(); }
-  void FontItalic(bool value);
-  [[nodiscard]] float FontSize() const { return UserControl::FontSize(); }
-  void FontSize(float value);
-  [[nodiscard]] bool FontStrikeThru() const { return UserControl::FontStrikethru(); }
-  void FontStrikeThru(bool value);
-  [[nodiscard]] bool FontUnderline() const { return UserControl::FontUnderline(); }
-  void FontUnderline(bool value);
   [[nodiscard]] int16_t MousePointer() const { return UserControl::MousePointer(); }
   void MousePointer(int16_t value);
   [[nodiscard]] std::shared_ptr<host::StdPicture> MouseIcon() const { return UserControl::MouseIcon(); }
@@ -106,6 +95,7 @@ class USLabel : public host::UserControl {
   [[nodiscard]] bool HasMouseTracker() const { return m_mouseEx != nullptr; }
 
  protected:
+  void RepaintForFont() override { Refresh(); }
   void UserControl_Initialize() override;
   void UserControl_InitProperties() override;
   void UserControl_ReadProperties(host::PropertyBag& PropBag) override;

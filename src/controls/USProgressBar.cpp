@@ -101,11 +101,6 @@ void USProgressBar::GradientColor2(OLE_COLOR value) {
   PropertyChanged(u"GradientColor2");
   Paint();
 }
-void USProgressBar::Font(std::shared_ptr<host::StdFont> value) {
-  UserControl::Font(std::move(value));
-  PropertyChanged(u"Font");
-  Paint();
-}
 
 void USProgressBar::About() {}
 

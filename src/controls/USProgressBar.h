@@ -6,6 +6,7 @@
 #include <memory>
 #include <span>
 
+#include "controls/CaptionControl.h"
 #include "host/Event.h"
 #include "host/PropertyBag.h"
 #include "host/StdFont.h"
@@ -15,7 +16,7 @@
 
 namespace mx::controls {
 
-class USProgressBar : public host::UserControl {
+class USProgressBar : public CaptionControl {
  public:
   USProgressBar();
   ~USProgressBar() override;
@@ -50,8 +51,6 @@ class USProgressBar : public host::UserControl {
   void GradientColor1(host::OLE_COLOR value);
   [[nodiscard]] host::OLE_COLOR GradientColor2() const { return m_gradient2; }
   void GradientColor2(host::OLE_COLOR value);
-  [[nodiscard]] std::shared_ptr<host::StdFont> Font() const { return UserControl::Font(); }
-  void Font(std::shared_ptr<host::StdFont> value);
 
   void About();
 
@@ -69,6 +68,7 @@ class USProgressBar : public host::UserControl {
   [[nodiscard]] int32_t FilledWidth() const { return m_filledWidth; }
 
  protected:
+  void RepaintForFont() override { Paint(); }
   void UserControl_InitProperties() override;
   void UserControl_ReadProperties(host::PropertyBag& PropBag) override;
   void UserControl_WriteProperties(host::PropertyBag& PropBag) override;
