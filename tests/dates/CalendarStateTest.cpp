@@ -153,3 +153,27 @@ TEST_F(State, TheClockTicksEverySecondOnlyAtRunTimeAndStopsAtTheEnd) {
 
 }  // namespace
 }  // namespace mx::dates::testing
+
+namespace mx::dates::testing {
+namespace {
+
+TEST_F(State, LateBindingReachesTheDefaultMemberAndTheClockOnlyOnTheLargeCalendar) {
+  auto c = Make<USCalendar>();
+  std::vector<host::Variant> args{host::Variant::FromDate(host::DateSerial(2025, 7, 4) + 0.5)};
+  c->Invoke(u"", host::CallKind::Let, args);
+  const host::Variant value = c->Invoke(u"", host::CallKind::Get, {});
+  EXPECT_EQ(value.VarType(), host::vbDate);
+  EXPECT_EQ(value.ToDate().days, host::DateSerial(2025, 7, 4));
+  EXPECT_EQ(std::string(c->MonthYearCaption().caption.begin(), c->MonthYearCaption().caption.end()),
+            "julho de 2025");
+  std::vector<host::Variant> colour{host::Variant(int32_t{0x0000FF})};
+  c->Invoke(u"timercolor", host::CallKind::Let, colour);
+  EXPECT_EQ(c->TimerColor(), 0x0000FFu);
+
+  auto s = Make<USCalendarSmall>();
+  EXPECT_ANY_THROW(s->Invoke(u"TimerColor", host::CallKind::Get, {}));
+  EXPECT_EQ(s->Invoke(u"WeekStartsWith", host::CallKind::Get, {}).ToLong(), 1);
+}
+
+}  // namespace
+}  // namespace mx::dates::testing
