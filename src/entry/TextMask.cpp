@@ -129,7 +129,8 @@ String MaskBlankSelection(StringView text, StringView mask, int32_t selStart, in
   const int32_t p = std::max(selStart, 1);
   caret = p;
   String out(text);
-  if (p >= n) return out;
+  // Position p is 1-based: the last position of the mask may still be blanked.
+  if (p > n) return out;
   // 1-based positions to blank: the selection, or position p alone.
   int32_t first = p;
   int32_t last = p;

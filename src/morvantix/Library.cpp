@@ -3,6 +3,7 @@
 #include "chrome/Registration.h"
 #include "controls/Registration.h"
 #include "dates/Registration.h"
+#include "entry/Registration.h"
 #include "grid/USFlexGrid.h"
 
 namespace mx {
@@ -11,6 +12,7 @@ void RegisterLibrary() {
   // Each layer's registration is idempotent on its own; this is the one place that calls them all.
   controls::RegisterControls();
   dates::RegisterControls();
+  entry::RegisterControls();
   grid::RegisterControls();
   chrome::RegisterControls();
 }

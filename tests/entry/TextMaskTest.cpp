@@ -123,9 +123,10 @@ TEST(TextMask, DeleteBlanksSelectedPositionsButKeepsLiterals) {
   EXPECT_EQ(caret, 1);
   // A literal under the caret survives.
   EXPECT_EQ(MaskBlankSelection(u"31/12/2023", kDateMask, 3, 0, caret), u"31/12/2023");
-  // At the mask's length nothing is blanked.
-  EXPECT_EQ(MaskBlankSelection(u"31/12/2023", kDateMask, 10, 0, caret), u"31/12/2023");
+  // At the mask's end the last position goes; past it nothing is blanked.
+  EXPECT_EQ(MaskBlankSelection(u"31/12/2023", kDateMask, 10, 0, caret), u"31/12/202 ");
   EXPECT_EQ(caret, 10);
+  EXPECT_EQ(MaskBlankSelection(u"31/12/2023", kDateMask, 11, 0, caret), u"31/12/2023");
 }
 
 TEST(TextMask, FirstFreePosition) {

@@ -1,0 +1,18 @@
+#include "entry/Registration.h"
+
+#include <memory>
+
+#include "entry/USTextBoxEx.h"
+#include "host/ControlRegistry.h"
+
+namespace mx::entry {
+
+void RegisterControls() {
+  static const bool registered = [] {
+    host::RegisterControlClass(u"Morvantix.USTextBoxEx", [] { return std::make_shared<USTextBoxEx>(); });
+    return true;
+  }();
+  (void)registered;
+}
+
+}  // namespace mx::entry
