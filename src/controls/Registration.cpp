@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "controls/USAlphaImage.h"
+#include "controls/USAnimatedImage.h"
 #include "controls/USButton.h"
 #include "controls/USCheckBox.h"
 #include "controls/USGroupBox.h"
@@ -19,6 +20,7 @@ namespace mx::controls {
 void RegisterControls() {
   static const bool registered = [] {
     host::RegisterControlClass(u"Morvantix.USAlphaImage", [] { return std::make_shared<USAlphaImage>(); });
+    host::RegisterControlClass(u"Morvantix.USAnimatedImage", [] { return std::make_shared<USAnimatedImage>(); });
     host::RegisterControlClass(u"Morvantix.USButton", [] { return std::make_shared<USButton>(); });
     host::RegisterControlClass(u"Morvantix.USCheckBox", [] { return std::make_shared<USCheckBox>(); });
     host::RegisterControlClass(u"Morvantix.USGroupBox", [] { return std::make_shared<USGroupBox>(); });
