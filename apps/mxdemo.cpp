@@ -2,6 +2,9 @@
 // surface and writes it as a PNG; everything goes through the same calls the controls use. With a
 // form file, OUT.png is the form as it shows at run time and the showcase goes beside it as
 // OUT-drawing.png.
+//
+// mxdemo --form FORM.frm OUT.png [MS]: only the form, as it shows after MS milliseconds of the
+// virtual clock (default 500), so that timer-driven controls (reads, animations) have run.
 #include <cmath>
 #include <cstdio>
 #include <iostream>
@@ -181,13 +184,14 @@ void drawBlending(HDC dc) {
 
 }  // namespace
 
-// Shows the form headless and writes its window as the picture.
-int renderForm(const std::string& form, const std::string& out) {
+// Shows the form headless and writes its window as the picture; a script may run first.
+int renderForm(const std::string& form, const std::string& out, const std::string& script = {}) {
   mx::RegisterLibrary();
   mx::platform::ScopedVirtualClock clock;
   mx::host::FormRunOptions options;
   options.formPath = form;
   options.pngPath = out;
+  options.scriptPath = script;
   // Events are not of interest here; errors are.
   std::ostream quiet(nullptr);
   return mx::host::RunForm(options, quiet, std::cerr);
@@ -200,8 +204,24 @@ int main(int argc, char** argv) {
     mx::platform::ScopedVirtualClock clock;
     return mx::grid::RenderGridExample(argv[2], argv[3], argv[4], std::cerr);
   }
+  if ((argc == 4 || argc == 5) && std::string(argv[1]) == "--form") {
+    // The wait is a one-line script kept beside the picture while the form runs.
+    const std::string wait = argc == 5 ? argv[4] : "500";
+    if (wait.empty() || wait.find_first_not_of("0123456789") != std::string::npos) {
+      std::fprintf(stderr, "mxdemo: the wait must be a number of milliseconds\n");
+      return 2;
+    }
+    const std::string script = std::string(argv[3]) + ".script";
+    if (FILE* f = std::fopen(script.c_str(), "w")) {
+      std::fprintf(f, "wait %s\n", wait.c_str());
+      std::fclose(f);
+    }
+    const int rc = renderForm(argv[2], argv[3], script);
+    std::remove(script.c_str());
+    return rc;
+  }
   if (argc != 2 && argc != 3) {
-    std::fprintf(stderr, "usage: mxdemo OUT.png [FORM.frm]\n");
+    std::fprintf(stderr, "usage: mxdemo OUT.png [FORM.frm] | --form FORM.frm OUT.png [MS]\n");
     return 2;
   }
   std::string showcase = argv[1];

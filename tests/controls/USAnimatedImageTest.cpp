@@ -6,8 +6,13 @@
 #include "SmallControlTestSupport.h"
 #include "controls/GifFrames.h"
 #include "controls/USAnimatedImage.h"
+#include "controls/Registration.h"
 #include "host/Err.h"
+#include "host/Form.h"
 #include "platform/MessageQueue.h"
+
+#include <filesystem>
+#include <set>
 
 namespace mx::controls::testing {
 namespace {
@@ -397,6 +402,33 @@ TEST_F(AnimatedTest, FacesOfTwoFrames) {
   int w = 0, h = 0;
   std::vector<uint32_t> pixels = Stack(shots, w, h);
   test::ExpectGolden("controls", "animated_frames", w, h, pixels);
+}
+
+// The example form: one of each control of this layer, read through the registry; its spinner
+// names its file relative to the repository, where the demo runs.
+TEST_F(AnimatedTest, ExampleFormLoadsEveryControlAndPlaysItsSpinner) {
+  RegisterControls();
+  const auto was = std::filesystem::current_path();
+  std::filesystem::current_path(MX_SOURCE_DIR);
+  auto form = host::LoadFormFile("examples/controls.frm");
+  ASSERT_TRUE(form);
+  form->Show();
+  platform::RunFor(100);
+  std::filesystem::current_path(was);
+
+  std::set<std::string> classes;
+  for (const auto& c : form->Controls()) classes.insert(host::ToUtf8(c->TypeName()));
+  for (const char* name : {"USButton", "USCheckBox", "USOptionButton", "USLabel", "USProgressBar", "USScrollBar",
+                           "USGroupBox", "USStatusBar", "USAnimatedImage"})
+    EXPECT_TRUE(classes.count(name)) << name;
+  auto spinner = std::dynamic_pointer_cast<USAnimatedImage>(form->FindControl(u"aniSpinner"));
+  ASSERT_TRUE(spinner);
+  EXPECT_EQ(spinner->FrameCount(), 9);
+  EXPECT_EQ(spinner->FileLoopCount(), 0);
+  EXPECT_TRUE(spinner->Playing());
+  // 90 ms after the read ended (10 ms in), the 80 ms first frame has given way to the second.
+  EXPECT_EQ(spinner->FrameIndex(), 1);
+  form->Unload();
 }
 
 }  // namespace
