@@ -12,6 +12,7 @@
 #include "frame/Themes.h"
 #include "host/Err.h"
 #include "host/Screen.h"
+#include "image/API32bppDIB.h"
 #include "platform/Input.h"
 #include "platform/Messages.h"
 #include "platform/Window.h"
@@ -338,20 +339,6 @@ void USButton::PictureOver(std::shared_ptr<host::StdPicture> value) {
 void USButton::PictureToChange(std::shared_ptr<host::StdPicture> value) {
   m_pictureToChange = std::move(value);
   PropertyChanged(u"PicToChange");
-}
-
-void USButton::PictureBytes(host::ByteArray value) {
-  m_pictureBytes = std::move(value);
-  Step([&] { PropertyChanged(u"DibPicture"); });
-  // Bytes win over a picture object.
-  if (!m_pictureBytes.empty()) m_picture = nullptr;
-  Step([&] { Refresh(); });
-}
-
-void USButton::ClearPictureBytes() {
-  m_pictureBytes.clear();
-  Step([&] { PropertyChanged(u"DibPicture"); });
-  Step([&] { Refresh(); });
 }
 
 void USButton::PictureAlignment(int32_t value) {
@@ -705,6 +692,7 @@ void USButton::UserControl_Terminate() {
   m_userMode = false;
   Step([&] { ReleaseMouseTracker(); });
   m_pictureBytes.clear();
+  m_dib.reset();
   Step([&] { m_toolTip.reset(); });
 }
 

@@ -28,6 +28,10 @@ class APIMouseEvents;
 class APITooltip;
 }  // namespace mx::frame
 
+namespace mx::image {
+class API32bppDIB;
+}  // namespace mx::image
+
 namespace mx::controls {
 
 using host::OLE_COLOR;
@@ -59,6 +63,8 @@ enum ENUM_PICTURE_SIZES : int32_t {
   Picture_48x48 = 4,
   Picture_Custom = 5,
 };
+
+class USImageList;
 
 class USButton : public CaptionControl {
  public:
@@ -192,6 +198,8 @@ class USButton : public CaptionControl {
   void PictureOver(std::shared_ptr<host::StdPicture> value);
   [[nodiscard]] std::shared_ptr<host::StdPicture> PictureToChange() const { return m_pictureToChange; }
   void PictureToChange(std::shared_ptr<host::StdPicture> value);
+  // A PNG kept in the bag and decoded at the first paint. Setting bytes clears Picture: when
+  // both are there, the bytes win.
   [[nodiscard]] const host::ByteArray& PictureBytes() const { return m_pictureBytes; }
   void PictureBytes(host::ByteArray value);
   void ClearPictureBytes();
@@ -239,6 +247,25 @@ class USButton : public CaptionControl {
   void CreateToolTip();
   void DestroyToolTip();
 
+  // Loads an image into the picture surface and keeps it as PNG bytes in PictureBytes. A size
+  // below 1 asks for the picture box's (PictureSizeY wide, PictureSizeX high); sizes and depth
+  // choose among the images of an icon file. False when nothing was loaded, or when the image
+  // could not be kept as PNG; a failed load leaves PictureBytes and the face as they were.
+  bool LoadImage_FromFile(const String& FileName, int32_t desiredIconWidth = 0, int32_t desiredIconHeight = 0,
+                          int32_t desiredIconBitDepth = 32);
+  bool LoadImage_FromArray(const host::ByteArray& Bytes, int32_t desiredIconWidth = 0, int32_t desiredIconHeight = 0,
+                           int32_t desiredIconBitDepth = 32);
+  // The program's resources are files: <MX_RESOURCE_DIR or the current folder>/<ResSection>/<ResID>.
+  bool LoadImage_FromResource(const host::Variant& VBglobal, const String& ResSection, const String& ResID,
+                              int32_t desiredIconWidth = 0, int32_t desiredIconHeight = 0,
+                              int32_t desiredIconBitDepth = 32);
+  bool LoadImage_FromStdPicture(const std::shared_ptr<host::StdPicture>& stdPic);
+  // A bitmap or icon handle; it stays the caller's.
+  bool LoadImage_FromHandle(uint32_t Handle);
+  // The image Index of the list Key of the image-list control.
+  bool LoadImage_FromUSImageList(const USImageList& objUSImageList, const host::Variant& Index,
+                                 const host::Variant& Key);
+
   // ---- Events, raised after the button's own handling ----------------------------------------
 
   host::Event<> Click;
@@ -275,6 +302,8 @@ class USButton : public CaptionControl {
   // The run-time services: the mouse tracker that gives the over state, and the tooltip.
   [[nodiscard]] const frame::APIMouseEvents* MouseTracker() const { return m_mouseEx.get(); }
   [[nodiscard]] const frame::APITooltip* ToolTip() const { return m_toolTip.get(); }
+  // The surface the picture bytes were decoded or loaded into; null until one is needed.
+  [[nodiscard]] const image::API32bppDIB* PictureSurface() const { return m_dib.get(); }
 
  protected:
   void RepaintForFont() override { Refresh(); }
@@ -309,6 +338,10 @@ class USButton : public CaptionControl {
   void LayoutContents(int32_t xMarginY, int32_t xMarginX);
   void DrawCaption(OLE_COLOR xColour);
   void DrawPicture();
+  void RenderPictureSurface();
+  void StorePictureBytes(host::ByteArray value);
+  void DesiredIconSize(int32_t& width, int32_t& height) const;
+  bool AdoptLoadedPicture(std::unique_ptr<image::API32bppDIB> loaded);
   void RaiseClick(bool xRaise);
   void SetStatePicture(std::shared_ptr<host::StdPicture>& slot, std::shared_ptr<host::StdPicture> value,
                        const char16_t* key, bool shownNow);
@@ -389,6 +422,7 @@ class USButton : public CaptionControl {
   int32_t m_paintCount = 0;
   std::unique_ptr<frame::APIMouseEvents> m_mouseEx;
   std::unique_ptr<frame::APITooltip> m_toolTip;
+  std::unique_ptr<image::API32bppDIB> m_dib;
 };
 
 // The key that fires AccessKeyPress for a caption, found from its end: the character after the

@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "controls/USButton.h"
+#include "controls/USImageList.h"
 #include "host/Err.h"
 #include "host/Strings.h"
 
@@ -52,6 +53,24 @@ Member Picture(Get get, Let let) {
   m.get = [get](USButton& b) { return FromPicture((b.*get)()); };
   m.let = [let](USButton& b, const Variant& v) { (b.*let)(ToPicture(v)); };
   return m;
+}
+
+// A method with arguments and a result.
+Member Call(std::function<Variant(USButton&, std::span<Variant>)> call) {
+  Member m;
+  m.method = std::move(call);
+  return m;
+}
+
+// An optional argument: its value, or the default when left out.
+int32_t ArgLong(std::span<Variant> args, size_t i, int32_t def) {
+  return i < args.size() && !args[i].IsMissing() ? args[i].ToLong() : def;
+}
+
+// A required argument, or error 449 (argument not optional).
+const Variant& ArgRequired(std::span<Variant> args, size_t i) {
+  if (i >= args.size() || args[i].IsMissing()) host::Raise(449, u"USButton");
+  return args[i];
 }
 
 Member Method(std::function<void(USButton&)> call) {
@@ -177,6 +196,30 @@ const Table& Members() {
     add(u"ClearPictureBytes", Method([](B& b) { b.ClearPictureBytes(); }));
     add(u"CreateToolTip", Method([](B& b) { b.CreateToolTip(); }));
     add(u"DestroyToolTip", Method([](B& b) { b.DestroyToolTip(); }));
+    add(u"LoadImage_FromFile", Call([](B& b, std::span<Variant> v) {
+          return Variant(b.LoadImage_FromFile(ArgRequired(v, 0).ToString(), ArgLong(v, 1, 0), ArgLong(v, 2, 0),
+                                              ArgLong(v, 3, 32)));
+        }));
+    add(u"LoadImage_FromArray", Call([](B& b, std::span<Variant> v) {
+          return Variant(
+              b.LoadImage_FromArray(ArgRequired(v, 0).ToBytes(), ArgLong(v, 1, 0), ArgLong(v, 2, 0), ArgLong(v, 3, 32)));
+        }));
+    add(u"LoadImage_FromResource", Call([](B& b, std::span<Variant> v) {
+          return Variant(b.LoadImage_FromResource(ArgRequired(v, 0), ArgRequired(v, 1).ToString(),
+                                                  ArgRequired(v, 2).ToString(), ArgLong(v, 3, 0), ArgLong(v, 4, 0),
+                                                  ArgLong(v, 5, 32)));
+        }));
+    add(u"LoadImage_FromStdPicture", Call([](B& b, std::span<Variant> v) {
+          return Variant(b.LoadImage_FromStdPicture(ToPicture(ArgRequired(v, 0))));
+        }));
+    add(u"LoadImage_FromHandle", Call([](B& b, std::span<Variant> v) {
+          return Variant(b.LoadImage_FromHandle(static_cast<uint32_t>(ArgRequired(v, 0).ToLong())));
+        }));
+    add(u"LoadImage_FromUSImageList", Call([](B& b, std::span<Variant> v) {
+          auto list = std::dynamic_pointer_cast<USImageList>(ArgRequired(v, 0).ToObject());
+          if (!list) host::Raise(13, u"USButton");
+          return Variant(b.LoadImage_FromUSImageList(*list, ArgRequired(v, 1), ArgRequired(v, 2)));
+        }));
     return t;
   }();
   return table;

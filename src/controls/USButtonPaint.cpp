@@ -307,21 +307,4 @@ void USButton::DrawCaption(OLE_COLOR xColour) {
                        xColour);
 }
 
-void USButton::DrawPicture() {
-  // Pictures are drawn by the host from the picture objects; a picture held only as bytes needs
-  // the image surface, which this button does not decode.
-  if (!m_pictureBytes.empty()) return;
-  std::shared_ptr<host::StdPicture> chosen;
-  if (m_pictureOn && m_state == kStateOver) {
-    chosen = m_pictureOn;
-  } else if (m_state == kStateDown || m_value) {
-    chosen = m_pictureOver ? m_pictureOver : m_pictureOn;
-  } else {
-    chosen = m_picture;
-  }
-  if (!chosen || chosen->IsEmpty()) return;
-  PaintPicture(*chosen, static_cast<float>(m_pictureLeft), static_cast<float>(m_pictureTop),
-               host::Variant(m_pictureSizeX), host::Variant(m_pictureSizeY));
-}
-
 }  // namespace mx::controls
