@@ -5,18 +5,30 @@
 //
 // mxdemo --form FORM.frm OUT.png [MS]: only the form, as it shows after MS milliseconds of the
 // virtual clock (default 500), so that timer-driven controls (reads, animations) have run.
+//
+// mxdemo --gallery FORM.frm DATABASE.db OUT.png [--window]: the gallery, a form with every
+// control of the library; its grids are filled from the orders of the database, the clock runs
+// 500 ms and the form is written as OUT.png. With --window it then stays open in a real window
+// until it is closed (headless, with a message, when no display can be opened).
 #include <cmath>
 #include <cstdio>
 #include <iostream>
 #include <string>
 
 #include "grid/GridExample.h"
+#include "grid/USFlexGrid.h"
+#include "host/Err.h"
+#include "host/Form.h"
+#include "host/Recordset.h"
 #include "host/ScriptPlayer.h"
 #include "morvantix/Library.h"
 #include "platform/Clock.h"
 
+#include "platform/Desktop.h"
 #include "platform/Gdi.h"
+#include "platform/MessageQueue.h"
 #include "platform/PngEncoder.h"
+#include "platform/SdlBackend.h"
 #include "platform/Text.h"
 
 using namespace mx::platform;
@@ -197,7 +209,81 @@ int renderForm(const std::string& form, const std::string& out, const std::strin
   return mx::host::RunForm(options, quiet, std::cerr);
 }
 
+// Fills every grid of the form with the orders of the example database, totals on, the way the
+// grid example shows them. Grids inside containers count too: Controls() lists them all.
+void fillGalleryGrids(mx::host::Form& form, const std::string& dbPath) {
+  auto connection = std::make_shared<mx::host::Connection>();
+  connection->Open(mx::host::String(dbPath.begin(), dbPath.end()));
+  for (const auto& control : form.Controls()) {
+    auto grid = std::dynamic_pointer_cast<mx::grid::USFlexGrid>(control);
+    if (!grid) continue;
+    auto rs = mx::host::Recordset::Create();
+    rs->Open(u"SELECT Client, Qty, Price, Ordered, Paid, Progress, Action FROM orders ORDER BY rowid", connection);
+    grid->Redraw(false);
+    grid->TotalLineShow(true);
+    grid->FillGridFromQuery(mx::host::Variant(std::static_pointer_cast<mx::host::Object>(rs)));
+    grid->TotalLineCaption(0, u"Total");
+    grid->TotalLineColAvg(2, true);
+    grid->TotalLineCaption(2, u"M\u00e9dia");
+    if (grid->Rows() > 4) {
+      grid->RowChecked(1, true);
+      grid->RowSelected(4, true);
+      grid->Row(2);
+    }
+    grid->Redraw(true);
+    rs->Close();
+  }
+}
+
+int runGallery(const std::string& formPath, const std::string& dbPath, const std::string& out, bool window) {
+  mx::RegisterLibrary();
+  // Headless, the clock is virtual so that the picture is the same on every run; a real window
+  // runs on the real clock, which the SDL back end switches to.
+  std::unique_ptr<mx::platform::ScopedVirtualClock> clock;
+  if (window && !UseSdlBackend()) {
+    std::fprintf(stderr, "mxdemo: no display could be opened; writing the picture only\n");
+    window = false;
+  }
+  if (!window) clock = std::make_unique<mx::platform::ScopedVirtualClock>();
+  int rc = 0;
+  try {
+    auto form = mx::host::LoadFormFile(formPath);
+    if (!form) {
+      std::fprintf(stderr, "mxdemo: cannot load %s\n", formPath.c_str());
+      return 1;
+    }
+    fillGalleryGrids(*form, dbPath);
+    form->Show();
+    PumpMessages();
+    RunFor(500);  // the animated images read and play their first frames
+    if (!SaveWindowPng(form->hWnd(), out)) {
+      std::fprintf(stderr, "mxdemo: cannot write %s\n", out.c_str());
+      rc = 1;
+    }
+    if (window) {
+      // The application's loop: a closed window unloads its form.
+      while (!mx::host::Forms().empty()) RunFor(50);
+    }
+  } catch (const mx::host::RuntimeError& e) {
+    std::fprintf(stderr, "mxdemo: gallery: error %d: %s\n", static_cast<int>(e.Number()),
+                 mx::host::ToUtf8(e.Description()).c_str());
+    rc = 1;
+  }
+  for (const auto& f : mx::host::Forms()) f->Unload();
+  PumpMessages();
+  if (IsSdlBackendActive()) StopSdlBackend();
+  return rc;
+}
+
 int main(int argc, char** argv) {
+  if ((argc == 5 || argc == 6) && std::string(argv[1]) == "--gallery") {
+    const bool window = argc == 6 && std::string(argv[5]) == "--window";
+    if (argc == 6 && !window) {
+      std::fprintf(stderr, "mxdemo: unknown option %s\n", argv[5]);
+      return 2;
+    }
+    return runGallery(argv[2], argv[3], argv[4], window);
+  }
   // mxdemo --grid FORM.frm DATABASE.db OUT.png: the grid example filled from its database.
   if (argc == 5 && std::string(argv[1]) == "--grid") {
     mx::RegisterLibrary();
@@ -221,7 +307,8 @@ int main(int argc, char** argv) {
     return rc;
   }
   if (argc != 2 && argc != 3) {
-    std::fprintf(stderr, "usage: mxdemo OUT.png [FORM.frm] | --form FORM.frm OUT.png [MS]\n");
+    std::fprintf(stderr, "usage: mxdemo OUT.png [FORM.frm] | --form FORM.frm OUT.png [MS] | --grid FORM.frm DB OUT.png\n"
+                 "       mxdemo --gallery FORM.frm DB OUT.png [--window]\n");
     return 2;
   }
   std::string showcase = argv[1];
