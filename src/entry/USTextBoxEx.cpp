@@ -572,6 +572,12 @@ void USTextBoxEx::UserControl_GotFocus() {
   Step([&] {
     if (m_inner->hWnd()) platform::SetFocus(m_inner->hWnd());
   });
+  if (m_focusPassing) {
+    // The focus did not come back to the inner box (a handler moved it on): the leaving that
+    // was held back when it passed through is done now.
+    m_focusPassing = false;
+    if (m_hasFocus && platform::GetFocus() != m_inner->hWnd()) Step([&] { LeaveFocus(); });
+  }
 }
 
 void USTextBoxEx::UserControl_Terminate() {

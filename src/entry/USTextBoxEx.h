@@ -254,6 +254,7 @@ class USTextBoxEx : public host::UserControl {
   void OnInnerChange();
   void OnInnerGotFocus();
   void OnInnerLostFocus();
+  void LeaveFocus();
   void OnInnerClick();
   void OnChange();
   void OnFormatCurrencyAsTyped();
@@ -304,6 +305,8 @@ class USTextBoxEx : public host::UserControl {
   bool m_inHandler = false;
   int32_t m_maskCaret = 0;
   bool m_hasFocus = false;
+  // The inner box lost the focus to the control's own window, which hands it straight back.
+  bool m_focusPassing = false;
   bool m_ctrlZ = false, m_ctrlX = false, m_ctrlC = false, m_ctrlV = false;
   // A Backspace the key-down handling already did in a mask: its character is not typed again.
   bool m_swallowBackspace = false;

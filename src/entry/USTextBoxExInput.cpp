@@ -6,6 +6,7 @@
 #include "host/Screen.h"
 #include "host/Strings.h"
 #include "host/TextBox.h"
+#include "platform/Input.h"
 
 namespace mx::entry {
 
@@ -225,6 +226,11 @@ void USTextBoxEx::OnFormatCurrencyAsTyped() {
 }
 
 void USTextBoxEx::OnInnerGotFocus() {
+  if (m_focusPassing) {
+    // The focus only went through the control's own window and came back: nothing was left.
+    m_focusPassing = false;
+    return;
+  }
   m_hasFocus = true;
   if (!m_locked) {
     HandlerScope scope(m_inHandler);
@@ -252,6 +258,19 @@ void USTextBoxEx::OnInnerGotFocus() {
 }
 
 void USTextBoxEx::OnInnerLostFocus() {
+  // The focus already names its new window here. When that is the control's own window (a
+  // SetFocus on a control whose inner box has the focus, a click on the border), the window
+  // hands the focus straight back: leaving and entering would reformat the text being edited
+  // ("12,5" to "R$ 12,50" and back to "12,50") and move the caret, so both are skipped.
+  const platform::HWND own = UserControl::hWnd();
+  if (own && platform::GetFocus() == own) {
+    m_focusPassing = true;
+    return;
+  }
+  LeaveFocus();
+}
+
+void USTextBoxEx::LeaveFocus() {
   m_hasFocus = false;
   Step([&] { ApplyLook(kLookNormal, true); });
   if (m_locked || m_number.formatType != To_Currency) return;

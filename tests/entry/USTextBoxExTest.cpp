@@ -35,6 +35,9 @@ class USTextBoxExTest : public mx::platform::testing::WindowingTest {
     other = Add(u"txtOther", 150, 900);
     form->Show();
     PumpMessages();
+    // Showing the form focuses the first control; the tests enter "txt" themselves.
+    other->SetFocus();
+    PumpMessages();
     form->SetEventSink([this](StringView source, int32_t, StringView name, std::span<Variant> args) {
       if (ToUtf8(source) != "txt") return;
       std::string line = ToUtf8(name);
@@ -194,6 +197,7 @@ TEST_F(USTextBoxExTest, CurrencyMinusAloneLeavesAsZero) {
 }
 
 TEST_F(USTextBoxExTest, CurrencyAsTypedFromTheRight) {
+  Focus(box);
   box->FormatType(mx::entry::To_Currency);
   box->AutoFormatCurrency(true);
   // Formatted as typed, a field that is left shows the value's own digits behind the prefix.
@@ -304,6 +308,27 @@ TEST_F(USTextBoxExTest, MinimumSizeAndRequiredMark) {
   EXPECT_EQ(img.pixel(0, 0) & 0xFFFFFF, 0xFFFFFFu & ((box->BorderColor() & 0xFF) << 16 | (box->BorderColor() & 0xFF00) | (box->BorderColor() >> 16 & 0xFF)));
   EXPECT_EQ(img.pixel(159 - 4 - 1, 3) & 0xFFFFFF, 0xC00000u);
   EXPECT_EQ(img.pixel(159 - 4 - 5, 3 + 4) & 0xFFFFFF, 0xFFFFFFu);
+}
+
+TEST_F(USTextBoxExTest, SetFocusOnTheFocusedControlChangesNothing) {
+  box->FormatType(mx::entry::To_Currency);
+  Focus(box);
+  Type(u"12,5");
+  Caret(2);
+  events.clear();
+  // The focus passes through the control's own window and comes straight back to the inner box:
+  // the text being edited is not laid out as currency and read back, and the caret stays.
+  Focus(box);
+  EXPECT_EQ(box->Text(), u"12,5");
+  EXPECT_EQ(box->SelStart(), 2);
+  EXPECT_EQ(box->SelLength(), 0);
+  EXPECT_EQ(box->CurrentLook(), USTextBoxEx::kLookFocused);
+  EXPECT_TRUE(events.empty());
+  EXPECT_EQ(GetFocus(), box->hWndEx());
+  // Leaving afterwards still formats as usual.
+  Focus(other);
+  EXPECT_EQ(box->Text(), u"R$ 12,50");
+  EXPECT_EQ(box->CurrentLook(), USTextBoxEx::kLookNormal);
 }
 
 }  // namespace
