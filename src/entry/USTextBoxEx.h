@@ -255,6 +255,7 @@ class USTextBoxEx : public host::UserControl {
   void OnInnerGotFocus();
   void OnInnerLostFocus();
   void LeaveFocus();
+  bool OnInnerSiteMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam);
   void OnInnerClick();
   void OnChange();
   void OnFormatCurrencyAsTyped();
@@ -307,6 +308,8 @@ class USTextBoxEx : public host::UserControl {
   bool m_hasFocus = false;
   // The inner box lost the focus to the control's own window, which hands it straight back.
   bool m_focusPassing = false;
+  // A Tab of the inner box went to the form; its character follows and goes the same way.
+  bool m_tabPassed = false;
   bool m_ctrlZ = false, m_ctrlX = false, m_ctrlC = false, m_ctrlV = false;
   // A Backspace the key-down handling already did in a mask: its character is not typed again.
   bool m_swallowBackspace = false;

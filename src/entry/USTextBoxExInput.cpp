@@ -7,6 +7,8 @@
 #include "host/Strings.h"
 #include "host/TextBox.h"
 #include "platform/Input.h"
+#include "platform/MessageQueue.h"
+#include "platform/Messages.h"
 
 namespace mx::entry {
 
@@ -57,9 +59,36 @@ void USTextBoxEx::ConnectInner() {
   m_innerConnections.push_back(box.MouseDown.connect(relay(MouseDown)));
   m_innerConnections.push_back(box.MouseMove.connect(relay(MouseMove)));
   m_innerConnections.push_back(box.MouseUp.connect(relay(MouseUp)));
+  box.SetSiteFilter([this](uint32_t msg, uintptr_t wParam, intptr_t lParam) {
+    return OnInnerSiteMessage(msg, wParam, lParam);
+  });
 }
 
 void USTextBoxEx::DestroySubClass() { m_routed = false; }
+
+bool USTextBoxEx::OnInnerSiteMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam) {
+  // The inner box is a part of this control, not a control of the form: the form's key routing
+  // only hears the control's own window. Tab and Shift+Tab typed in the inner box are handed to
+  // that window, so that they move the focus through the form as from any other control.
+  const platform::HWND own = UserControl::hWnd();
+  if (!own || !Parent()) return false;
+  if (msg == platform::WM_KEYDOWN) {
+    m_tabPassed = false;
+    if (wParam != static_cast<uintptr_t>(platform::VK_TAB)) return false;
+    if (platform::GetKeyState(platform::VK_CONTROL) < 0 || platform::GetKeyState(platform::VK_MENU) < 0) return false;
+    m_tabPassed = true;
+    platform::SendMessageW(own, msg, wParam, lParam);
+    return true;
+  }
+  if (msg == platform::WM_CHAR && m_tabPassed && wParam == u'\t') {
+    // The character of the Tab the form took: the form swallows it, the inner box never types
+    // or raises it.
+    m_tabPassed = false;
+    platform::SendMessageW(own, msg, wParam, lParam);
+    return true;
+  }
+  return false;
+}
 
 void USTextBoxEx::OnInnerKeyDown(int16_t& KeyCode, int16_t& Shift) {
   if (!m_routed) return;

@@ -3,6 +3,8 @@
 // views of the text, persistence and the painted looks.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "entry/Registration.h"
 #include "entry/USTextBoxEx.h"
 #include "host/Form.h"
@@ -329,6 +331,40 @@ TEST_F(USTextBoxExTest, SetFocusOnTheFocusedControlChangesNothing) {
   Focus(other);
   EXPECT_EQ(box->Text(), u"R$ 12,50");
   EXPECT_EQ(box->CurrentLook(), USTextBoxEx::kLookNormal);
+}
+
+TEST_F(USTextBoxExTest, TabInTheInnerBoxMovesTheFocusThroughTheForm) {
+  box->FormatType(mx::entry::To_Currency);
+  Focus(box);
+  Type(u"5");
+  events.clear();
+  Press(VK_TAB);
+  EXPECT_EQ(GetFocus(), other->hWndEx());
+  // Leaving by Tab is a real leaving: the currency comes back; the Tab itself reaches neither
+  // the key events nor the text.
+  EXPECT_EQ(box->Text(), u"R$ 5,00");
+  EXPECT_EQ(box->CurrentLook(), USTextBoxEx::kLookNormal);
+  EXPECT_EQ(other->CurrentLook(), USTextBoxEx::kLookFocused);
+  for (const std::string& e : events) EXPECT_EQ(e.find("Key"), std::string::npos) << e;
+  EXPECT_EQ(other->Text(), u"");
+  // Tab from the last control wraps to the first; Shift+Tab goes back.
+  Press(VK_TAB);
+  EXPECT_EQ(GetFocus(), box->hWndEx());
+  EXPECT_EQ(box->Text(), u"5");
+  InjectKey(VK_SHIFT, true);
+  Press(VK_TAB);
+  InjectKey(VK_SHIFT, false);
+  PumpMessages();
+  EXPECT_EQ(GetFocus(), other->hWndEx());
+  // Ctrl+Tab is not the form's: it stays in the box, which raises it as a key.
+  Focus(box);
+  events.clear();
+  InjectKey(VK_CONTROL, true);
+  Press(VK_TAB);
+  InjectKey(VK_CONTROL, false);
+  PumpMessages();
+  EXPECT_EQ(GetFocus(), box->hWndEx());
+  EXPECT_NE(std::find(events.begin(), events.end(), "KeyDown 9 2"), events.end());
 }
 
 }  // namespace
