@@ -145,6 +145,12 @@ void blendRow(const uint32_t* src, uint32_t* dst, int32_t n, uint32_t g, bool gr
   blendRowScalar(src + done, dst + done, n - done, g, gray, gw);
 }
 
+// Int(v) of the rule: the whole part towards minus infinity. Positions are non-negative almost
+// always, where truncation gives the same and needs no library call (SSE2 has no floor).
+inline int32_t wholePart(double v) {
+  return v >= 0.0 && v < 2147483647.0 ? static_cast<int32_t>(v) : static_cast<int32_t>(std::floor(v));
+}
+
 // The bilinear taps of one coordinate: two indexes and their weights. A skipped term gets
 // weight 0 and repeats the first index, which adds exactly nothing to the sum, so the loops need
 // no branches and never read outside the rectangle.
@@ -157,7 +163,7 @@ struct Taps {
 // ix + 1 get (1 - |0 - fx|) and (1 - |1 - fx|).
 Taps columnTaps(double sx, int32_t first, int32_t last) {
   Taps t;
-  int32_t ix = static_cast<int32_t>(std::floor(sx));
+  int32_t ix = wholePart(sx);
   ix = std::clamp(ix, first, last);
   t.i0 = t.i1 = ix;
   if (ix == last) return t;
@@ -173,7 +179,7 @@ Taps columnTaps(double sx, int32_t first, int32_t last) {
 // fy := |1 - (sy - iy)| and rows iy and iy - 1 get (1 - |0 - fy|) and (1 - |1 - fy|).
 Taps rowTaps(double sy, int32_t first, int32_t last) {
   Taps t;
-  int32_t iy = static_cast<int32_t>(std::floor(sy));
+  int32_t iy = wholePart(sy);
   iy = std::clamp(iy, first, last);
   t.i0 = t.i1 = iy;
   if (iy == first) return t;
@@ -243,84 +249,140 @@ inline uint32_t bilinearPixel(const uint32_t* r0, const uint32_t* r1, const Taps
 }
 
 #if defined(__SSE2__)
-// Source rows converted to doubles, two registers a pixel, for the columns of the rectangle.
-// Enlarging reads each source row for several output rows and each pixel for several columns,
-// so converting once per row instead of once per use saves most of the conversions. Two slots
-// are enough: an output row reads two neighbouring rows, and rows are visited in order.
-class ConvertedRows {
- public:
-  ConvertedRows(const PixelView& src, int32_t firstCol, int32_t cols)
-      : m_src(src), m_first(firstCol), m_cols(cols) {
-    for (auto& slot : m_slots) slot.data.resize(static_cast<size_t>(cols) * 2);
-  }
+// ---- bilinear resampling in single precision, checked against the double rule ----
+//
+// The rule sums four double products and rounds to nearest, halves to even. The fast loop does
+// the same sum separably in floats, four channels per register: first down the rows,
+//   V = wy0 * c0 + wy1 * c1                 (per source column, once per output row)
+// then across the columns,
+//   v = wx0 * V0 + wx1 * V1,
+// each weight the double weight rounded to a float. Every term wy_i wx_j c_ij of the exact sum S
+// (taken with the double weights) passes through at most six roundings of relative size 2^-24
+// (two weight conversions, two products, two sums; all terms are non-negative, so the relative
+// errors of a sum are bounded by those of its terms). Hence
+//   |v - S| <= ((1 + 2^-24)^6 - 1) S < 6.0001 x 2^-24 x S.
+// The weights of each direction sum to at most 1 + 2^-52 (1 - f and 1 - |1 - f|, each rounded
+// once), so S <= 255 x (1 + 2^-51) and |v - S| < 9.2e-5. The double rule itself is off S by at
+// most five roundings of 2^-53 relative, under 2e-13. So v is within kNearHalf = 2^-13
+// (1.22e-4) of the double sum, and where v lies further than that from every half-integer both
+// round to the same byte (the hold at 255 included: S never reaches 255.5). The distance is
+// measured exactly: v - rint(v) is exact in floats for 0 <= v < 2^23 (the two are within a
+// factor of two of each other or rint(v) is 0). A pixel with any channel inside the margin
+// is redone by the double rule; for pictures whose weights give exact halves (doubling) that
+// is the tie-breaking case the rule is about, elsewhere it is about one pixel in a thousand.
+constexpr float kNearHalf = 1.0f / 8192.0f;
 
-  // Row m of the source memory, indexed by (column - first) x 2: (blue, green), (red, alpha).
-  const __m128d* row(int32_t m, int32_t keep) {
-    for (auto& slot : m_slots)
-      if (slot.row == m) return slot.data.data();
-    // Replace the slot not holding `keep`, the other row this output row needs.
-    Slot& slot = m_slots[0].row == keep ? m_slots[1] : m_slots[0];
-    const uint32_t* p = m_src.memRow(m) + m_first;
-    for (int32_t x = 0; x < m_cols; ++x) channelsOf(p[x], slot.data[2 * x], slot.data[2 * x + 1]);
-    slot.row = m;
-    return slot.data.data();
-  }
-
- private:
-  struct Slot {
-    int32_t row = -1;
-    std::vector<__m128d> data;
-  };
-  PixelView m_src;
-  int32_t m_first, m_cols;
-  Slot m_slots[2];
+// Per output column: where its two columns sit among the vertically blended ones, and the
+// column weights as floats.
+struct ColumnTapsF {
+  int32_t k0 = 0, k1 = 0;
+  float w0 = 1.0f, w1 = 0.0f;
 };
 
-// The bilinear loop of StretchInto on converted rows: per pixel the four products and three
-// sums in the order of bilinearPixel, so every output byte is that function's.
+inline __m128 channelsF(uint32_t p) {
+  const __m128i zero = _mm_setzero_si128();
+  return _mm_cvtepi32_ps(_mm_unpacklo_epi16(_mm_unpacklo_epi8(_mm_cvtsi32_si128(static_cast<int>(p)), zero), zero));
+}
+
+// Rounds four channels (halves to even, the default rounding mode) and reports in the mask the
+// lanes too close to a half for the float sum to decide.
+inline __m128i roundChecked(__m128 v, __m128& nearHalf) {
+  const __m128i r = _mm_cvtps_epi32(v);
+  const __m128 off = _mm_andnot_ps(_mm_set1_ps(-0.0f), _mm_sub_ps(v, _mm_cvtepi32_ps(r)));
+  nearHalf = _mm_or_ps(nearHalf, _mm_cmpge_ps(off, _mm_set1_ps(0.5f - kNearHalf)));
+  return r;
+}
+
 template <class RowTaps>
-void stretchBilinearSse2(const PixelView& src, int32_t firstCol, int32_t cols, const std::vector<Taps>& taps,
-                         RowTaps&& rowTapsOf, const PixelView& out, int32_t w, int32_t h) {
-  ConvertedRows rows(src, firstCol, cols);
+void stretchBilinearFloat(const PixelView& src, int32_t firstCol, int32_t cols, const std::vector<Taps>& taps,
+                          RowTaps&& rowTapsOf, const PixelView& out, int32_t w, int32_t h) {
+  // Only the source columns some output column reads are blended down the rows: all of them
+  // when enlarging, about two per output column when shrinking a lot.
+  std::vector<int32_t> slotOf(static_cast<size_t>(cols), -1);
+  std::vector<int32_t> used;
+  std::vector<ColumnTapsF> ct(static_cast<size_t>(w));
+  auto slot = [&](int32_t col) {
+    int32_t& s = slotOf[static_cast<size_t>(col - firstCol)];
+    if (s < 0) {
+      s = static_cast<int32_t>(used.size());
+      used.push_back(col);
+    }
+    return s;
+  };
+  for (int32_t x = 0; x < w; ++x) {
+    const Taps& t = taps[static_cast<size_t>(x)];
+    ct[x] = {slot(t.i0), slot(t.i1), static_cast<float>(t.w0), static_cast<float>(t.w1)};
+  }
+  const size_t n = used.size();
+  struct Channels {
+    __m128 c;
+  };
+  std::vector<Channels> v(n);
+
   for (int32_t m = h - 1; m >= 0; --m) {
     const Taps ty = rowTapsOf(m);
-    const __m128d* c0 = rows.row(ty.i0, ty.i1);
-    const __m128d* c1 = rows.row(ty.i1, ty.i0);
-    const __m128d wy0 = _mm_set1_pd(ty.w0), wy1 = _mm_set1_pd(ty.w1);
+    const uint32_t* r0 = src.memRow(ty.i0);
+    const uint32_t* r1 = src.memRow(ty.i1);
+    const __m128 wy0 = _mm_set1_ps(static_cast<float>(ty.w0)), wy1 = _mm_set1_ps(static_cast<float>(ty.w1));
+    for (size_t j = 0; j < n; ++j) {
+      const int32_t c = used[j];
+      v[j].c = _mm_add_ps(_mm_mul_ps(wy0, channelsF(r0[c])), _mm_mul_ps(wy1, channelsF(r1[c])));
+    }
     uint32_t* d = out.memRow(m);
-    for (int32_t x = 0; x < w; ++x) {
-      const Taps& tx = taps[static_cast<size_t>(x)];
-      const size_t k0 = static_cast<size_t>(tx.i0 - firstCol) * 2, k1 = static_cast<size_t>(tx.i1 - firstCol) * 2;
-      const __m128d wx0 = _mm_set1_pd(tx.w0), wx1 = _mm_set1_pd(tx.w1);
-      __m128d wt = _mm_mul_pd(wy0, wx0);
-      __m128d lo = _mm_mul_pd(wt, c0[k0]), hi = _mm_mul_pd(wt, c0[k0 + 1]);
-      wt = _mm_mul_pd(wy0, wx1);
-      lo = _mm_add_pd(lo, _mm_mul_pd(wt, c0[k1]));
-      hi = _mm_add_pd(hi, _mm_mul_pd(wt, c0[k1 + 1]));
-      wt = _mm_mul_pd(wy1, wx0);
-      lo = _mm_add_pd(lo, _mm_mul_pd(wt, c1[k0]));
-      hi = _mm_add_pd(hi, _mm_mul_pd(wt, c1[k0 + 1]));
-      wt = _mm_mul_pd(wy1, wx1);
-      lo = _mm_add_pd(lo, _mm_mul_pd(wt, c1[k1]));
-      hi = _mm_add_pd(hi, _mm_mul_pd(wt, c1[k1 + 1]));
-      const __m128i words = _mm_unpacklo_epi64(_mm_cvtpd_epi32(lo), _mm_cvtpd_epi32(hi));
-      const __m128i halves = _mm_packs_epi32(words, words);
-      d[x] = static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_packus_epi16(halves, halves)));
+    auto across = [&](int32_t x, __m128& nearHalf) {
+      const ColumnTapsF& t = ct[static_cast<size_t>(x)];
+      const __m128 s = _mm_add_ps(_mm_mul_ps(_mm_set1_ps(t.w0), v[static_cast<size_t>(t.k0)].c),
+                                  _mm_mul_ps(_mm_set1_ps(t.w1), v[static_cast<size_t>(t.k1)].c));
+      return roundChecked(s, nearHalf);
+    };
+    auto redo = [&](int32_t x) { d[x] = bilinearPixel(r0, r1, taps[static_cast<size_t>(x)], ty.w0, ty.w1); };
+    int32_t x = 0;
+    for (; x + 4 <= w; x += 4) {
+      __m128 nearHalf = _mm_setzero_ps();
+      const __m128i p0 = across(x, nearHalf), p1 = across(x + 1, nearHalf);
+      const __m128i p2 = across(x + 2, nearHalf), p3 = across(x + 3, nearHalf);
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(d + x),
+                       _mm_packus_epi16(_mm_packs_epi32(p0, p1), _mm_packs_epi32(p2, p3)));
+      if (_mm_movemask_ps(nearHalf)) [[unlikely]]
+        for (int32_t k = x; k < x + 4; ++k) redo(k);
+    }
+    for (; x < w; ++x) {
+      __m128 nearHalf = _mm_setzero_ps();
+      const __m128i p = _mm_packs_epi32(across(x, nearHalf), _mm_setzero_si128());
+      d[x] = static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_packus_epi16(p, p)));
+      if (_mm_movemask_ps(nearHalf)) redo(x);
     }
   }
+}
+
+// One pixel of the bilinear rule by the same float sums (down the rows for each column, then
+// across), so the bound above holds; a pixel near a half is redone by the double rule.
+inline uint32_t bilinearPixelChecked(const uint32_t* r0, const uint32_t* r1, const Taps& tx, double wy0d,
+                                     double wy1d) {
+  const __m128 wy0 = _mm_set1_ps(static_cast<float>(wy0d)), wy1 = _mm_set1_ps(static_cast<float>(wy1d));
+  const __m128 v0 = _mm_add_ps(_mm_mul_ps(wy0, channelsF(r0[tx.i0])), _mm_mul_ps(wy1, channelsF(r1[tx.i0])));
+  const __m128 v1 = _mm_add_ps(_mm_mul_ps(wy0, channelsF(r0[tx.i1])), _mm_mul_ps(wy1, channelsF(r1[tx.i1])));
+  const __m128 s = _mm_add_ps(_mm_mul_ps(_mm_set1_ps(static_cast<float>(tx.w0)), v0),
+                              _mm_mul_ps(_mm_set1_ps(static_cast<float>(tx.w1)), v1));
+  __m128 nearHalf = _mm_setzero_ps();
+  const __m128i p = _mm_packs_epi32(roundChecked(s, nearHalf), _mm_setzero_si128());
+  if (_mm_movemask_ps(nearHalf)) [[unlikely]]
+    return bilinearPixel(r0, r1, tx, wy0d, wy1d);
+  return static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_packus_epi16(p, p)));
 }
 #endif
 
 }  // namespace
 
-bool WorkBuffer::allocate(int32_t w, int32_t h) {
+bool WorkBuffer::allocate(int32_t w, int32_t h, bool clear) {
   width = height = 0;
   pixels.clear();
   if (w <= 0 || h <= 0) return false;
   // The same ceiling as a surface: the byte size must fit a Long.
   if (static_cast<int64_t>(w) * h * 4 > std::numeric_limits<int32_t>::max()) return false;
   try {
-    pixels.assign(static_cast<size_t>(w) * h, 0u);
+    if (clear) pixels.assign(static_cast<size_t>(w) * h, 0u);
+    else pixels.resize(static_cast<size_t>(w) * h);
   } catch (const std::bad_alloc&) {
     return false;
   }
@@ -353,7 +415,8 @@ bool MirrorToBuffer(const PixelView& src, const Rect& r, bool mirrorX, bool mirr
   if (src.empty() || r.x < 0 || r.y < 0 || r.width <= 0 || r.height <= 0 || r.x + r.width > src.width ||
       r.y + r.height > src.height)
     return false;
-  if (!out.allocate(r.width, r.height)) return false;
+  // Every row is copied over: no need to clear first.
+  if (!out.allocate(r.width, r.height, false)) return false;
   PixelView o = out.view();
   for (int32_t y = 0; y < r.height; ++y) {
     const uint32_t* s = src.row(r.y + y) + r.x;
@@ -437,7 +500,7 @@ void StretchInto(const PixelView& src, const Rect& r, const StretchTarget& t, bo
   std::vector<Taps> cols(static_cast<size_t>(w));
   for (int32_t x = 0; x < w; ++x) cols[x] = columnTaps((x + t.clipX) * xRatio + r.x, r.x, lastCol);
 #if defined(__SSE2__)
-  stretchBilinearSse2(src, r.x, r.width, cols, [&](int32_t m) { return rowTaps((m + t.clipY) * yRatio + base, base, lastRow); },
+  stretchBilinearFloat(src, r.x, r.width, cols, [&](int32_t m) { return rowTaps((m + t.clipY) * yRatio + base, base, lastRow); },
                       out, w, h);
 #else
   for (int32_t m = h - 1; m >= 0; --m) {
@@ -454,7 +517,8 @@ bool StretchToBuffer(const PixelView& src, const Rect& r, const StretchTarget& t
   if (src.empty() || r.width <= 0 || r.height <= 0 || r.x < 0 || r.y < 0 || r.x + r.width > src.width ||
       r.y + r.height > src.height)
     return false;
-  if (!out.allocate(t.width, t.height)) return false;
+  // StretchInto writes every pixel of the part unless the full size is empty.
+  if (!out.allocate(t.width, t.height, t.fullWidth <= 0 || t.fullHeight <= 0)) return false;
   StretchInto(src, r, t, bilinear, out.view());
   return true;
 }
@@ -564,7 +628,11 @@ bool RotateToBuffer(const PixelView& src, const Rect& r, int32_t destW, int32_t 
       } else {
         ty = rowTaps(sy, base, lastRow);
       }
+#if defined(__SSE2__)
+      d[x] = bilinearPixelChecked(src.memRow(ty.i0), src.memRow(ty.i1), tx, ty.w0, ty.w1);
+#else
       d[x] = bilinearPixel(src.memRow(ty.i0), src.memRow(ty.i1), tx, ty.w0, ty.w1);
+#endif
     }
   }
   return true;

@@ -12,6 +12,9 @@
 // so a work array can stand wherever a surface can. Rectangles handed in are in picture
 // coordinates (y from the top) unless a name says "memory row".
 #include <cstdint>
+#include <memory>
+#include <new>
+#include <utility>
 #include <vector>
 
 #include "platform/Gdi.h"
@@ -29,14 +32,36 @@ struct PixelView {
   [[nodiscard]] uint32_t* row(int32_t y) const { return memRow(height - 1 - y); }
 };
 
-// A work array that owns its pixels (zeroed: transparent).
+// An allocator whose new elements are left unset, so that a buffer about to be overwritten in
+// full is not cleared first (for a large picture the clearing costs as much as the filling).
+template <class T>
+struct UnsetAllocator : std::allocator<T> {
+  template <class U>
+  struct rebind {
+    using other = UnsetAllocator<U>;
+  };
+  UnsetAllocator() = default;
+  template <class U>
+  UnsetAllocator(const UnsetAllocator<U>&) noexcept {}
+  template <class U>
+  void construct(U* p) noexcept {
+    ::new (static_cast<void*>(p)) U;
+  }
+  template <class U, class... A>
+  void construct(U* p, A&&... a) {
+    ::new (static_cast<void*>(p)) U(std::forward<A>(a)...);
+  }
+};
+
+// A work array that owns its pixels.
 struct WorkBuffer {
   int32_t width = 0;
   int32_t height = 0;
-  std::vector<uint32_t> pixels;
+  std::vector<uint32_t, UnsetAllocator<uint32_t>> pixels;
 
-  // False (and empty) when the size is not positive or too large to hold.
-  bool allocate(int32_t w, int32_t h);
+  // False (and empty) when the size is not positive or too large to hold. The pixels are zeroed
+  // (transparent) unless the caller is about to write every one of them (`clear` false).
+  bool allocate(int32_t w, int32_t h, bool clear = true);
   [[nodiscard]] PixelView view() { return {pixels.data(), width, height}; }
 };
 
