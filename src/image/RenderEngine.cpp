@@ -318,16 +318,31 @@ void stretchBilinearFloat(const PixelView& src, int32_t firstCol, int32_t cols, 
     __m128 c;
   };
   std::vector<Channels> v(n);
+  // Source rows converted to floats once: enlarging reads each for several output rows. Two
+  // slots are enough, rows being visited in order.
+  struct Slot {
+    int32_t row = -1;
+    std::vector<Channels> c;
+  } slots[2];
+  for (Slot& sl : slots) sl.c.resize(n);
+  auto converted = [&](int32_t row, int32_t keep) -> const Channels* {
+    for (Slot& sl : slots)
+      if (sl.row == row) return sl.c.data();
+    Slot& sl = slots[0].row == keep ? slots[1] : slots[0];
+    const uint32_t* p = src.memRow(row);
+    for (size_t j = 0; j < n; ++j) sl.c[j].c = channelsF(p[used[j]]);
+    sl.row = row;
+    return sl.c.data();
+  };
 
   for (int32_t m = h - 1; m >= 0; --m) {
     const Taps ty = rowTapsOf(m);
     const uint32_t* r0 = src.memRow(ty.i0);
     const uint32_t* r1 = src.memRow(ty.i1);
+    const Channels* c0 = converted(ty.i0, ty.i1);
+    const Channels* c1 = converted(ty.i1, ty.i0);
     const __m128 wy0 = _mm_set1_ps(static_cast<float>(ty.w0)), wy1 = _mm_set1_ps(static_cast<float>(ty.w1));
-    for (size_t j = 0; j < n; ++j) {
-      const int32_t c = used[j];
-      v[j].c = _mm_add_ps(_mm_mul_ps(wy0, channelsF(r0[c])), _mm_mul_ps(wy1, channelsF(r1[c])));
-    }
+    for (size_t j = 0; j < n; ++j) v[j].c = _mm_add_ps(_mm_mul_ps(wy0, c0[j].c), _mm_mul_ps(wy1, c1[j].c));
     uint32_t* d = out.memRow(m);
     auto across = [&](int32_t x, __m128& nearHalf) {
       const ColumnTapsF& t = ct[static_cast<size_t>(x)];
