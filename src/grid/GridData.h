@@ -307,6 +307,11 @@ class GridData {
   [[nodiscard]] const GridRow& StoredRow(int32_t storageRow) const;
   [[nodiscard]] GridColumn& StoredColumn(int32_t storageCol) { return m_columns.at(static_cast<size_t>(storageCol)); }
   [[nodiscard]] const std::vector<GridFormat>& Formats() const { return m_formats; }
+  // A stored cell's picture (CellPicture), or null.
+  [[nodiscard]] host::ObjectRef StoredCellPicture(const GridCell& cell) const {
+    const GridCellExtra* extra = ExtraOf(cell);
+    return extra != nullptr ? extra->picture : nullptr;
+  }
   [[nodiscard]] const GridTotalColumn& TotalColumn(int32_t storageCol) const {
     return m_totalColumns.at(static_cast<size_t>(storageCol));
   }

@@ -67,6 +67,10 @@ void USFlexGrid::UserControl_WriteProperties(host::PropertyBag& PropBag) {
 }
 
 void USFlexGrid::UserControl_Resize() {
+  // Never smaller than 60 by 60 in the container's units. Setting the size here does not raise
+  // a second Resize; this one goes on with the new size.
+  if (Width() < kMinimumSize) Width(kMinimumSize);
+  if (Height() < kMinimumSize) Height(kMinimumSize);
   Cls();
   if (UserMode()) Refresh();
   else {

@@ -19,6 +19,13 @@
 #include "host/UserControl.h"
 #include "platform/Types.h"
 
+namespace mx::image {
+class API32bppDIB;
+}
+namespace mx::imagelist {
+class APIImageList;
+}
+
 namespace mx::grid {
 
 // The layout numbers of a grid, recomputed by RecalcMetrics (pixels).
@@ -38,6 +45,9 @@ struct GridMetrics {
 
 class USFlexGrid : public host::UserControl, public GridData {
  public:
+  // The smallest width and height the control takes, in the container's units (twips).
+  static constexpr float kMinimumSize = 60;
+
   USFlexGrid();
   ~USFlexGrid() override;
 
@@ -47,6 +57,12 @@ class USFlexGrid : public host::UserControl, public GridData {
   [[nodiscard]] bool Enabled() const { return GridData::Enabled(); }
   void Enabled(bool xValue);
   using GridData::Redraw;
+
+  // ---- images ----
+  // The list whose images RowImage and CellImage name (1-based; the sign is ignored). Its cell
+  // size is the size of every image drawn in the grid; binding one recomputes the metrics.
+  [[nodiscard]] std::shared_ptr<imagelist::APIImageList> ImageList() const { return m_imageList; }
+  void ImageList(std::shared_ptr<imagelist::APIImageList> xValue);
 
   // ---- layout and painting ----
   // RecalcMetrics, then DrawGrid.
@@ -136,6 +152,13 @@ class USFlexGrid : public host::UserControl, public GridData {
                                         bool strike, host::StringView name = {});
   void ReleaseFonts();
   void ComputeRowNumberWidth(int32_t lastRowInView);
+  // One image of the bound list at its cell size; a missing index draws nothing.
+  void DrawListImage(platform::HDC dc, int32_t index, int32_t x, int32_t y, bool selectedStyle);
+  // A cell picture scaled into box, keeping its aspect ratio, placed by the alignment.
+  void DrawCellPicture(platform::HDC dc, const host::ObjectRef& picture, const platform::RECT& box,
+                       int32_t alignment, bool selectedStyle);
+  // Whether any row has a row image (only asked while a list is bound).
+  [[nodiscard]] bool AnyRowImage();
   [[nodiscard]] int32_t MeasureText(host::StringView text, platform::HFONT font, uint32_t flags, int32_t width);
 
   GridMetrics m_metrics;
@@ -160,6 +183,14 @@ class USFlexGrid : public host::UserControl, public GridData {
   platform::HBITMAP m_checkBitmap = 0;
   platform::HGDIOBJ m_checkOld = 0;
   int32_t m_checkTheme = -1;
+  std::shared_ptr<imagelist::APIImageList> m_imageList;
+  int32_t m_rowImageHint = -1;  // storage row last found with a row image
+  // Cell pictures decoded once: by the picture object, dropped when it goes.
+  struct DecodedPicture {
+    std::weak_ptr<host::Object> source;
+    std::shared_ptr<image::API32bppDIB> surface;  // empty when the picture would not decode
+  };
+  std::map<const host::Object*, DecodedPicture> m_pictures;
   // Fonts made during a paint, by style and name; freed when the paint ends.
   std::map<std::tuple<const host::StdFont*, int, host::String>, platform::HFONT> m_fonts;
 };

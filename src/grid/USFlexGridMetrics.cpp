@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "grid/USFlexGrid.h"
+#include "imagelist/APIImageList.h"
 #include "platform/Desktop.h"
 #include "platform/Gdi.h"
 #include "platform/ScrollBar.h"
@@ -38,10 +39,13 @@ void USFlexGrid::RecalcMetrics() {
   GridMetrics& m = m_metrics;
   m.ellipsisFlag = DisplayEllipsis() ? DT_WORD_ELLIPSIS : 0u;
   m.checkBoxSize = 14;
-  // Cell images come from a bound image list; none is bound here.
-  m.imageWidth = 0;
-  m.imageHeight = 0;
+  // Every image of the grid is drawn at the bound list's cell size.
+  m.imageWidth = m_imageList ? m_imageList->Width() : 0;
+  m.imageHeight = m_imageList ? m_imageList->Height() : 0;
   m.firstColTextOffset = RowCheckBoxes() ? m.checkBoxSize + 8 : 3;
+  // Column 0 makes room for row images in every row as soon as one row has one, so that the
+  // texts of the column stay aligned.
+  if (m_imageList && AnyRowImage()) m.firstColTextOffset += m.imageWidth + 2;
   m.captionHeight = Caption().empty() ? 0 : CaptionHeight();
   auto headerFont = FontHeader();
   m.headerTextHeight = headerFont ? FontTextHeight(*headerFont) : 0;
@@ -53,6 +57,26 @@ void USFlexGrid::RecalcMetrics() {
   }
   m.headerBottom = m.captionHeight + m.headerHeight;
   m.defaultRowHeight = DefaultRowHeight();
+}
+
+void USFlexGrid::ImageList(std::shared_ptr<imagelist::APIImageList> xValue) {
+  m_imageList = std::move(xValue);
+  m_rowImageHint = -1;
+  OnMetricsChanged();
+}
+
+// The row found last time is asked first: row images are usually set on many rows, so the
+// answer rarely needs the walk, which otherwise stops at the first row with an image.
+bool USFlexGrid::AnyRowImage() {
+  if (m_rowImageHint >= 0 && m_rowImageHint <= LastRow() && StoredRow(m_rowImageHint).image != 0) return true;
+  for (int32_t r = 0; r <= LastRow(); ++r) {
+    if (StoredRow(r).image != 0) {
+      m_rowImageHint = r;
+      return true;
+    }
+  }
+  m_rowImageHint = -1;
+  return false;
 }
 
 // ---- rows and the view -------------------------------------------------------------------------

@@ -2,12 +2,17 @@
 // a paint walks the rows from the first shown until the client area is full, and the columns
 // that are painted, so its cost follows the view, never the number of rows.
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <vector>
 
 #include "frame/Drawing.h"
 #include "grid/USFlexGrid.h"
 #include "host/Format.h"
+#include "host/StdPicture.h"
+#include "image/API32bppDIB.h"
+#include "imagelist/APIImageList.h"
+#include "imagelist/APIListImages.h"
 #include "platform/Gdi.h"
 #include "platform/Text.h"
 
@@ -155,6 +160,51 @@ void USFlexGrid::DrawCheckSprite(HDC dc, int32_t x, int32_t y, bool checked) {
   const int sx = (checked ? 26 : 0) + (Enabled() ? 0 : 13);
   const int h = Theme() <= 1 ? 13 : 14;
   BitBlt(dc, x, y, 13, h, m_checkDC, sx, 0, SRCCOPY);
+}
+
+// ---- images -------------------------------------------------------------------------------------
+
+// The selected style is the image at half strength over the selection's back, so that it takes
+// on the selection's colour the way the text does.
+void USFlexGrid::DrawListImage(HDC dc, int32_t index, int32_t x, int32_t y, bool selectedStyle) {
+  if (!m_imageList || index == 0 || index == INT32_MIN) return;
+  auto images = m_imageList->Images();
+  if (!images) return;
+  try {
+    images->Render(host::Variant(std::abs(index)), dc, x, y, m_metrics.imageWidth, m_metrics.imageHeight, 0, 0, 0,
+                   0, selectedStyle ? 50 : 100);
+  } catch (...) {
+    // An index the list does not have skips the image; the rest of the cell still paints.
+  }
+}
+
+void USFlexGrid::DrawCellPicture(HDC dc, const host::ObjectRef& picture, const RECT& box, int32_t alignment,
+                                 bool selectedStyle) {
+  if (!picture || box.right <= box.left || box.bottom <= box.top) return;
+  DecodedPicture& decoded = m_pictures[picture.get()];
+  if (decoded.source.expired()) {
+    // A new picture, or a new one at the address of one that has gone: decode it once.
+    decoded.source = picture;
+    decoded.surface.reset();
+    if (auto pic = std::dynamic_pointer_cast<host::StdPicture>(picture); pic && !pic->IsEmpty()) {
+      auto surface = std::make_shared<image::API32bppDIB>();
+      if (surface->LoadPicture_StdPicture(pic) && surface->Width() > 0 && surface->Height() > 0)
+        decoded.surface = std::move(surface);
+    }
+    if (m_pictures.size() > 64) std::erase_if(m_pictures, [](const auto& e) { return e.second.source.expired(); });
+  }
+  image::API32bppDIB* surface = decoded.surface.get();  // still there: only gone pictures were dropped
+  if (!surface) return;
+  // The larger side meets the box; the other keeps the picture's proportions.
+  const double bw = box.right - box.left, bh = box.bottom - box.top;
+  const double scale = std::min(bw / surface->Width(), bh / surface->Height());
+  const int32_t w = std::max(1, static_cast<int32_t>(std::lround(surface->Width() * scale)));
+  const int32_t h = std::max(1, static_cast<int32_t>(std::lround(surface->Height() * scale)));
+  int32_t x = box.left;
+  if (alignment % 4 == 1) x = box.left + (static_cast<int32_t>(bw) - w) / 2;
+  else if (alignment % 4 == 2) x = box.right - w;
+  const int32_t y = AlignY(alignment, box.top, static_cast<int32_t>(bh), h, 0);
+  surface->Render(dc, x, y, w, h, 0, 0, 0, 0, selectedStyle ? 50 : 100);
 }
 
 // ---- the row-number gutter ---------------------------------------------------------------------
@@ -473,6 +523,12 @@ void USFlexGrid::DrawRow(PaintContext& pc, int32_t r, int32_t y, int32_t h, bool
     }
     if (c.display == 0 && !row.groupHeader && RowCheckBoxes())
       DrawCheckSprite(dc, cr.left + 6, AlignY(align, y, h, 13, MinVerticalOffset()), row.flags & kRowChecked);
+    // The row image sits in column 0's strip after the check box, on the unselected back.
+    if (c.display == 0 && row.image != 0 && m_imageList) {
+      const int32_t ix = cr.left + (RowCheckBoxes() ? m_metrics.checkBoxSize + 8 : 3);
+      const int32_t iy = CenterRowImage() ? y + (h - m_metrics.imageHeight) / 2 : y + MinVerticalOffset();
+      DrawListImage(dc, row.image, ix, iy, false);
+    }
 
     bool plainFont = false;
     if (!row.groupHeader) {
@@ -507,6 +563,28 @@ void USFlexGrid::DrawRow(PaintContext& pc, int32_t r, int32_t y, int32_t h, bool
         frame::FrameRectColor(dc, br, Rgb(BorderColor()));
         fore = ForeColorHeader();
       }
+    }
+
+    // The cell's image takes its width from the text's side: before the text, or after it for
+    // the right-hand alignments.
+    const bool selectedImages = selected && ApplySelectionToImages();
+    if (fmt.image != 0 && m_imageList && m_metrics.imageWidth > 0) {
+      const int32_t ia = col.imageAlignment;
+      const int32_t iy = AlignY(ia, y, h, m_metrics.imageHeight, MinVerticalOffset());
+      int32_t ix = 0;
+      if (ia % 4 == 2) {
+        ix = std::min<int32_t>(tr.right, cr.right - 3) - m_metrics.imageWidth;
+        tr.right = ix - 2;
+      } else {
+        ix = std::max<int32_t>(tr.left, cr.left + 3);
+        tr.left = ix + m_metrics.imageWidth + 2;
+      }
+      DrawListImage(dc, fmt.image, ix, iy, selectedImages);
+    }
+    if (cell.extra != 0) {
+      const RECT box{std::max<LONG>(tr.left, cr.left + 2), cr.top + 2, std::min<LONG>(tr.right, cr.right - 2),
+                     cr.bottom - 2};
+      DrawCellPicture(dc, StoredCellPicture(cell), box, col.imageAlignment, selectedImages);
     }
 
     // The text.
