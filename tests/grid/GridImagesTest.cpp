@@ -3,11 +3,14 @@
 // style, bad indexes, the minimum size, and a golden picture.
 #include <climits>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <memory>
+#include <sstream>
 #include <vector>
 
 #include "GridPaintTestSupport.h"
+#include "grid/GridExample.h"
 #include "../support/Golden.h"
 #include "host/StdPicture.h"
 #include "image/API32bppDIB.h"
@@ -359,6 +362,34 @@ TEST_F(GridImagesTest, GoldenStatusIcons) {
   platform::PumpMessages();
   const auto img = platform::CaptureWindow(g->hWnd());
   test::ExpectGolden("grid", "status_icons", img.width(), img.height(), Pixels(img), true);
+}
+
+}  // namespace
+}  // namespace mx::grid::testing
+
+namespace mx::grid::testing {
+namespace {
+
+// The example form shows a status disc in front of every client: paid green, open amber.
+TEST_F(GridPaintTest, ExampleShowsStatusIcons) {
+  const std::string png = ::testing::TempDir() + "grid_example_icons.png";
+  std::ostringstream err;
+  ASSERT_EQ(RenderGridExample(std::string(MX_SOURCE_DIR) + "/examples/grid.frm",
+                              std::string(MX_SOURCE_DIR) + "/examples/grid.db", png, err),
+            0)
+      << err.str();
+  int w = 0, h = 0;
+  std::vector<uint32_t> px;
+  ASSERT_TRUE(test::ReadPngFile(png, w, h, px));
+  int green = 0, amber = 0;
+  for (uint32_t p : px) {
+    green += (p & 0xFFFFFF) == 0x2EA043;
+    amber += (p & 0xFFFFFF) == 0xD29922;
+  }
+  // The first order is paid: at least its whole disc (68 pixels of the 10 x 10 mask) shows.
+  EXPECT_GE(green, 68);
+  EXPECT_GE(amber, 68);
+  std::remove(png.c_str());
 }
 
 }  // namespace
