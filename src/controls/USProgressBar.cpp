@@ -57,6 +57,12 @@ void USProgressBar::ShowText(bool value) {
   Paint();
 }
 
+void USProgressBar::Orientation(int32_t value) {
+  m_orientation = std::clamp(value, 0, 1);
+  PropertyChanged(u"Orientation");
+  Paint();
+}
+
 void USProgressBar::Theme(int32_t value) {
   m_theme = value;
   PropertyChanged(u"Theme");
@@ -110,19 +116,26 @@ void USProgressBar::Paint() {
   ++m_paintCount;
   Step([&] {
     const platform::HDC dc = UserControl::hDC();
-    const int32_t inner = std::max(0, m_clientWidth - 2);
-    const int32_t height = std::max(0, m_clientHeight - 2);
-    m_filledWidth = m_max <= m_min
-                        ? 0
-                        : static_cast<int32_t>(static_cast<int64_t>(inner) * (static_cast<int64_t>(m_value) - m_min) /
-                                               (static_cast<int64_t>(m_max) - m_min));
-    if (m_filledWidth > 0 && height > 0) {
+    const int32_t innerWidth = std::max(0, m_clientWidth - 2);
+    const int32_t innerHeight = std::max(0, m_clientHeight - 2);
+    const bool vertical = m_orientation == 1;
+    const int64_t length = vertical ? innerHeight : innerWidth;
+    m_filledWidth = m_max <= m_min ? 0
+                                   : static_cast<int32_t>(length * (static_cast<int64_t>(m_value) - m_min) /
+                                                          (static_cast<int64_t>(m_max) - m_min));
+    // Standing, the bar fills upwards from its bottom edge and its gradient runs across it, so
+    // that the sheen lies along the fill as it does when the bar lies flat.
+    const platform::RECT fill = vertical ? platform::RECT{1, 1 + innerHeight - m_filledWidth, 1 + innerWidth, 1 + innerHeight}
+                                         : platform::RECT{1, 1, 1 + m_filledWidth, 1 + innerHeight};
+    const int32_t fillWidth = fill.right - fill.left;
+    const int32_t fillHeight = fill.bottom - fill.top;
+    if (fillWidth > 0 && fillHeight > 0) {
       // Equal colours would fill (x, y)-(width, height) in the gradient painter: filled here.
       if (m_gradient1 == m_gradient2) {
-        frame::FillRectColor(dc, platform::RECT{1, 1, 1 + m_filledWidth, 1 + height}, m_gradient1);
+        frame::FillRectColor(dc, fill, m_gradient1);
       } else {
-        frame::PaintGradientRect(dc, 1, 1, m_filledWidth, height, m_gradient1, m_gradient2,
-                                 frame::GradientTopToBottom);
+        frame::PaintGradientRect(dc, fill.left, fill.top, fillWidth, fillHeight, m_gradient1, m_gradient2,
+                                 vertical ? frame::GradientLeftToRight : frame::GradientTopToBottom);
       }
     }
     frame::FrameRectColor(dc, platform::RECT{0, 0, m_clientWidth, m_clientHeight}, m_borderColor);
@@ -150,6 +163,7 @@ void USProgressBar::UserControl_InitProperties() {
   m_max = 100;
   m_value = 0;
   m_showText = false;
+  m_orientation = 0;
   m_theme = frame::Windows_Theme;
   ApplyTheme();
 }
@@ -174,6 +188,7 @@ void USProgressBar::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   Step([&] { m_max = read(u"Max", Variant(int32_t{100})).ToLong(); });
   Step([&] { m_value = std::max(m_min, std::min(read(u"Value", Variant(int32_t{0})).ToLong(), m_max)); });
   Step([&] { m_showText = read(u"ShowText", Variant(false)).ToBoolean(); });
+  Step([&] { m_orientation = std::clamp(read(u"Orientation", Variant(int32_t{0})).ToLong(), 0, 1); });
   // Only stored: the saved colours apply.
   Step([&] { m_theme = read(u"Theme", Variant(int32_t{frame::Windows_Theme})).ToLong(); });
 }
@@ -192,6 +207,7 @@ void USProgressBar::UserControl_WriteProperties(host::PropertyBag& PropBag) {
   write(u"Max", Variant(m_max), Variant(int32_t{100}));
   write(u"Value", Variant(m_value), Variant(int32_t{0}));
   write(u"ShowText", Variant(m_showText), Variant(false));
+  write(u"Orientation", Variant(m_orientation), Variant(int32_t{0}));
   write(u"Theme", Variant(m_theme), Variant(int32_t{frame::Windows_Theme}));
 }
 
@@ -224,6 +240,8 @@ Variant USProgressBar::Invoke(StringView name, host::CallKind kind, std::span<Va
                [](P& c, const Variant& v) { c.Value(v.ToLong()); });
     t.Property(u"ShowText", [](P& c) { return Variant(c.ShowText()); },
                [](P& c, const Variant& v) { c.ShowText(v.ToBoolean()); });
+    t.Property(u"Orientation", [](P& c) { return Variant(c.Orientation()); },
+               [](P& c, const Variant& v) { c.Orientation(v.ToLong()); });
     t.Property(u"Theme", [](P& c) { return Variant(c.Theme()); },
                [](P& c, const Variant& v) { c.Theme(v.ToLong()); });
     t.Property(u"BorderColor", [](P& c) { return Variant(c.BorderColor()); },

@@ -1,7 +1,8 @@
 #pragma once
-// USProgressBar: a bordered bar filled from the left in a top-to-bottom gradient of the theme's
-// colours, in proportion to Value between Min and Max, with the percentage written over it when
-// ShowText is on. Value is held within Min..Max.
+// USProgressBar: a bordered bar filled in a gradient of the theme's colours, in proportion to
+// Value between Min and Max, with the percentage written over it when ShowText is on. Lying
+// horizontally it fills from the left, standing vertically from the bottom. Value is held within
+// Min..Max.
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -38,6 +39,10 @@ class USProgressBar : public CaptionControl {
   [[nodiscard]] int32_t Percent() const;
   [[nodiscard]] bool ShowText() const { return m_showText; }
   void ShowText(bool value);
+  // 0 horizontal (fills from the left), 1 vertical (fills from the bottom); other values are held
+  // to the nearer of the two.
+  [[nodiscard]] int32_t Orientation() const { return m_orientation; }
+  void Orientation(int32_t value);
   [[nodiscard]] int32_t Theme() const { return m_theme; }
   // Stores the theme, copies its colours into the four colour properties, and repaints.
   void Theme(int32_t value);
@@ -64,7 +69,7 @@ class USProgressBar : public CaptionControl {
   host::Variant Invoke(host::StringView name, host::CallKind kind, std::span<host::Variant> args) override;
 
   [[nodiscard]] int32_t PaintCount() const { return m_paintCount; }
-  // The filled width of the last paint, in pixels.
+  // The filled length of the last paint along the bar, in pixels: a width lying, a height standing.
   [[nodiscard]] int32_t FilledWidth() const { return m_filledWidth; }
 
  protected:
@@ -86,6 +91,7 @@ class USProgressBar : public CaptionControl {
   int32_t m_max = 100;
   int32_t m_value = 0;
   bool m_showText = false;
+  int32_t m_orientation = 0;
   int32_t m_theme = 2;
   host::OLE_COLOR m_borderColor = 0x9A572B;
   host::OLE_COLOR m_gradient1 = 0xFFCFA3;

@@ -54,6 +54,46 @@ TEST_F(ProgressTest, ThemeSetsColoursWhichTheBagKeeps) {
   EXPECT_TRUE(b->ShowText());
 }
 
+TEST_F(ProgressTest, VerticalBarFillsFromTheBottomAndKeepsItsOrientation) {
+  auto p = Make<USProgressBar>(0, 0, 20, 102);
+  p->GradientColor1(0x0000FF);  // red on the left of the fill
+  p->GradientColor2(0x00FF00);  // green on the right
+  p->BorderColor(0x000000);
+  p->Orientation(1);
+  p->Value(30);
+  EXPECT_EQ(p->FilledWidth(), 30);  // of 100 inner rows
+  platform::CapturedImage img = Capture(*p);
+  // Rows 71..100 are filled, row 70 above them shows the ground, and the border stays.
+  EXPECT_EQ(img.color(10, 70), 0xFFFFFFu);
+  EXPECT_NE(img.color(10, 71), 0xFFFFFFu);
+  EXPECT_NE(img.color(10, 100), 0xFFFFFFu);
+  EXPECT_EQ(img.color(10, 101), 0x000000u);
+  // The gradient runs across the standing bar: the ends are the two colours, on every row.
+  for (int y : {71, 85, 100}) {
+    EXPECT_EQ(img.color(1, y), 0x0000FFu) << y;
+    EXPECT_EQ(img.color(18, y), 0x00FF00u) << y;
+  }
+  EXPECT_EQ(img.color(10, 71), img.color(10, 100));
+
+  p->Orientation(7);  // held to vertical
+  EXPECT_EQ(p->Orientation(), 1);
+  host::PropertyBag bag;
+  p->SaveTo(bag);
+  auto b = Make<USProgressBar>(30, 0, 20, 102, &bag);
+  EXPECT_EQ(b->Orientation(), 1);
+  EXPECT_EQ(b->FilledWidth(), 30);
+
+  // Lying down (the default, not written to the bag) the same value fills from the left.
+  p->Orientation(0);
+  host::PropertyBag flat;
+  p->SaveTo(flat);
+  EXPECT_FALSE(flat.Contains(u"Orientation"));
+  img = Capture(*p);
+  EXPECT_EQ(p->FilledWidth(), 5);  // 30% of 18 inner columns
+  EXPECT_NE(img.color(5, 50), 0xFFFFFFu);
+  EXPECT_EQ(img.color(6, 50), 0xFFFFFFu);
+}
+
 TEST_F(ProgressTest, FacesInTwoThemes) {
   std::vector<platform::CapturedImage> shots;
   int y = 0;
