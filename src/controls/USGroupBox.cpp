@@ -89,6 +89,10 @@ void USGroupBox::GradientColor2(OLE_COLOR value) {
 
 void USGroupBox::About() { ShowAboutBox(); }
 
+int32_t USGroupBox::CornerRadius() const {
+  return m_theme == frame::Office_Theme_Blue || m_theme == frame::Office_Theme_Silver ? 5 : 3;
+}
+
 void USGroupBox::Refresh() {
   platform::RECT rc{};
   Step([&] { platform::GetClientRect(UserControl::hWnd(), &rc); });
@@ -100,6 +104,15 @@ void USGroupBox::Refresh() {
     frame::DrawTextAPI(UserControl::hDC(), u"Ag", t, platform::DT_CALCRECT | platform::DT_SINGLELINE);
     m_headerHeight = std::min(t.bottom + 8, m_clientHeight);
   });
+  const int32_t radius = CornerRadius();
+  if (m_clientWidth != m_regionWidth || m_clientHeight != m_regionHeight || radius != m_regionRadius) {
+    // The region is the outline's own round rectangle, so the outline's corner pixels are the
+    // last ones inside it and what lies beyond the curve is the container's.
+    Step([&] { frame::SetRoundedCorners(UserControl::hWnd(), m_clientWidth, m_clientHeight, 2 * radius, 2 * radius); });
+    m_regionWidth = m_clientWidth;
+    m_regionHeight = m_clientHeight;
+    m_regionRadius = radius;
+  }
   Paint();
 }
 
@@ -115,7 +128,8 @@ void USGroupBox::Paint() {
     detail::FillGradient(dc, RECT{0, 0, m_clientWidth, band}, m_header1, m_header2, frame::GradientTopToBottom);
     const bool enabled = UserControl::Enabled();
     const OLE_COLOR border = enabled ? m_borderColor : frame::GetThemeColor(m_theme, frame::ThemeBorderColorDisabled);
-    frame::FrameRectColor(dc, RECT{0, 0, m_clientWidth, m_clientHeight}, border);
+    const int32_t ellipse = 2 * CornerRadius();
+    frame::RoundRectOutline(dc, RECT{0, 0, m_clientWidth, m_clientHeight}, ellipse, ellipse, border);
     if (band > 0 && band < m_clientHeight) frame::DrawLineColor(dc, 0, band - 1, m_clientWidth, band - 1, border);
     if (!m_caption.empty()) {
       RECT r{6, 0, m_clientWidth - 6, band};

@@ -2,6 +2,8 @@
 // USGroupBox: a themed frame with a caption band across its top, and a container: the controls
 // placed in it are children of its window, and option buttons in it form a group of their own.
 // Its face is its persistent image, which is also what transparent children show through them.
+// The frame has rounded corners; the window is cut to the same curve, so the container shows
+// outside it.
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -54,6 +56,8 @@ class USGroupBox : public host::UserControl {
 
   // The band's height in pixels: the caption's line height plus 8, within the client height.
   [[nodiscard]] int32_t HeaderHeight() const { return m_headerHeight; }
+  // The radius of the frame's corners in pixels: 5 in the Office looks, 3 in the Windows ones.
+  [[nodiscard]] int32_t CornerRadius() const;
 
   void Refresh();
   void About();
@@ -95,6 +99,11 @@ class USGroupBox : public host::UserControl {
   int32_t m_clientWidth = 0;
   int32_t m_clientHeight = 0;
   int32_t m_headerHeight = 0;
+  // The size and radius the window's region was last cut to, so that an unchanged shape is not
+  // set (and the window invalidated) again on every refresh.
+  int32_t m_regionWidth = -1;
+  int32_t m_regionHeight = -1;
+  int32_t m_regionRadius = -1;
 };
 
 }  // namespace mx::controls

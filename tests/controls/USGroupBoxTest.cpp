@@ -146,6 +146,41 @@ TEST_F(GroupBoxTest, OptionsInAGroupClearOnlyTheirOwn) {
   form->Unload();
 }
 
+TEST_F(GroupBoxTest, CornersAreRoundedAndShowTheFormBeyondTheCurve) {
+  auto form = LoadForm();  // white form; the first box in the Windows look, the second in Office
+  auto cor = Get<USGroupBox>(*form, u"grpCor");
+  auto tam = Get<USGroupBox>(*form, u"grpTam");
+  ASSERT_TRUE(cor && tam);
+  EXPECT_EQ(cor->CornerRadius(), 3);
+  EXPECT_EQ(tam->CornerRadius(), 5);
+  const platform::CapturedImage screen = platform::CaptureScreen();
+  const auto at = [&](const USGroupBox& box, int x, int y) {
+    platform::POINT pt{x, y};
+    platform::ClientToScreen(box.hWnd(), &pt);
+    return screen.color(pt.x, pt.y);
+  };
+  const int w = 160, h = 120;  // both boxes are 2400 x 1800 twips
+  const uint32_t border = cor->BorderColor();
+  ASSERT_NE(border, 0xFFFFFFu);
+  // The band is the border's colour in the Windows look: a square corner would show it.
+  EXPECT_EQ(at(*cor, 0, 0), 0xFFFFFFu);
+  EXPECT_EQ(at(*cor, w - 1, 0), 0xFFFFFFu);
+  EXPECT_EQ(at(*cor, 0, h - 1), 0xFFFFFFu);
+  EXPECT_EQ(at(*cor, w - 1, h - 1), 0xFFFFFFu);
+  // Away from the corners the square frame runs on along the edges, and inside the curve the
+  // band goes on.
+  EXPECT_EQ(at(*cor, 0, h / 2), border);
+  EXPECT_EQ(at(*cor, w / 2, h - 1), border);
+  EXPECT_EQ(at(*cor, w - 1, h / 2), border);
+  EXPECT_EQ(at(*cor, 3, 3), cor->GradientHeader1());
+  // The larger Office radius cuts deeper: a pixel two in from the corner is still outside.
+  EXPECT_EQ(at(*tam, 1, 1), 0xFFFFFFu);
+  EXPECT_EQ(at(*tam, 0, 0), 0xFFFFFFu);
+  EXPECT_EQ(at(*tam, 0, h / 2), tam->BorderColor());
+  EXPECT_EQ(at(*cor, 1, 1), border);  // while the small one draws its curve there
+  form->Unload();
+}
+
 TEST_F(GroupBoxTest, BandFollowsTheFontAndThemeSetsItsColours) {
   auto g = Make<USGroupBox>(0, 0, 160, 100);
   const int32_t small = g->HeaderHeight();
