@@ -125,8 +125,9 @@ void USProgressBar::Paint() {
                                                           (static_cast<int64_t>(m_max) - m_min));
     // Standing, the bar fills upwards from its bottom edge and its gradient runs across it, so
     // that the sheen lies along the fill as it does when the bar lies flat.
-    const platform::RECT fill = vertical ? platform::RECT{1, 1 + innerHeight - m_filledWidth, 1 + innerWidth, 1 + innerHeight}
-                                         : platform::RECT{1, 1, 1 + m_filledWidth, 1 + innerHeight};
+    const platform::RECT fill = vertical
+                                    ? platform::RECT{1, 1 + innerHeight - m_filledWidth, 1 + innerWidth, 1 + innerHeight}
+                                    : platform::RECT{1, 1, 1 + m_filledWidth, 1 + innerHeight};
     const int32_t fillWidth = fill.right - fill.left;
     const int32_t fillHeight = fill.bottom - fill.top;
     if (fillWidth > 0 && fillHeight > 0) {

@@ -110,6 +110,11 @@ void USStatusBar::PanelAutoSize(int32_t Index, bool value) {
   At(Index).autoSize = value;
   PanelsChanged();
 }
+std::shared_ptr<host::StdPicture> USStatusBar::PanelPicture(int32_t Index) const { return At(Index).picture; }
+void USStatusBar::PanelPicture(int32_t Index, std::shared_ptr<host::StdPicture> value) {
+  At(Index).picture = std::move(value);
+  PanelsChanged();
+}
 int32_t USStatusBar::PanelLeft(int32_t Index) const { return At(Index).left; }
 int32_t USStatusBar::PanelRight(int32_t Index) const { return At(Index).right; }
 
@@ -240,6 +245,14 @@ void USStatusBar::Paint() {
     for (size_t i = 0; i < m_panels.size(); ++i) {
       const Panel& p = m_panels[i];
       RECT r{p.left + 4, 1, p.right - 4, m_clientHeight};
+      if (p.picture && !p.picture->IsEmpty()) {
+        // Centred in the rows below the top line, as the text is; the picture is scaled to an
+        // icon's size whatever its own.
+        const int32_t top = 1 + (m_clientHeight - 1 - kIconSize) / 2;
+        PaintPicture(*p.picture, static_cast<float>(r.left), static_cast<float>(top), Variant(kIconSize),
+                     Variant(kIconSize));
+        r.left += kIconSize + 2;
+      }
       const uint32_t align = p.alignment == 1 ? platform::DT_CENTER : p.alignment == 2 ? platform::DT_RIGHT : 0;
       if (!p.text.empty())
         frame::DrawTextColor(dc, p.text, r,
@@ -299,6 +312,9 @@ void USStatusBar::UserControl_ReadProperties(host::PropertyBag& PropBag) {
     Step([&] { p.width = std::max(0, read(PanelKey(i, "Width"), Variant(int32_t{100})).ToLong()); });
     Step([&] { p.alignment = std::clamp(read(PanelKey(i, "Alignment"), Variant(int32_t{0})).ToLong(), 0, 2); });
     Step([&] { p.autoSize = read(PanelKey(i, "AutoSize"), Variant(false)).ToBoolean(); });
+    Step([&] {
+      p.picture = std::dynamic_pointer_cast<host::StdPicture>(read(PanelKey(i, "Picture"), Variant::Nothing()).Obj());
+    });
     m_panels.push_back(std::move(p));
   }
 }
@@ -322,6 +338,7 @@ void USStatusBar::UserControl_WriteProperties(host::PropertyBag& PropBag) {
     write(PanelKey(i, "Width"), Variant(p.width), Variant(int32_t{100}));
     write(PanelKey(i, "Alignment"), Variant(p.alignment), Variant(int32_t{0}));
     write(PanelKey(i, "AutoSize"), Variant(p.autoSize), Variant(false));
+    write(PanelKey(i, "Picture"), p.picture ? Variant(p.picture) : Variant::Nothing(), Variant::Nothing());
   }
 }
 
@@ -400,6 +417,18 @@ Variant USStatusBar::Invoke(host::StringView name, host::CallKind kind, std::spa
         return Variant();
       }
       return Variant(c.PanelText(a[0].ToLong()));
+    });
+    // PanelPicture(i) reads; PanelPicture(i) = picture (or Nothing) writes.
+    t.Method(u"PanelPicture", [](P& c, std::span<Variant> a) {
+      if (a.empty()) host::Raise(450, u"USStatusBar");
+      if (a.size() >= 2) {
+        auto picture = std::dynamic_pointer_cast<host::StdPicture>(a[1].ToObject());
+        if (!picture && !a[1].IsNothing()) host::Raise(13, u"USStatusBar");
+        c.PanelPicture(a[0].ToLong(), std::move(picture));
+        return Variant();
+      }
+      auto picture = c.PanelPicture(a[0].ToLong());
+      return picture ? Variant(picture) : Variant::Nothing();
     });
     t.Property(u"Theme", [](P& c) { return Variant(c.Theme()); }, [](P& c, const Variant& v) { c.Theme(v.ToLong()); });
     t.Property(u"ShowSizeGrip", [](P& c) { return Variant(c.ShowSizeGrip()); },

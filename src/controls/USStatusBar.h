@@ -4,7 +4,8 @@
 //
 // Panels are numbered from 1. A panel has a width in pixels; an auto-size panel takes an equal
 // share of what the fixed panels leave (never less than its own width), so the bar is always
-// filled. A size grip at the right edge is drawn when the form can be resized.
+// filled. A panel may show a picture, 16 x 16, before its text. A size grip at the right edge is
+// drawn when the form can be resized.
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -13,6 +14,7 @@
 #include "host/Event.h"
 #include "host/PropertyBag.h"
 #include "host/StdFont.h"
+#include "host/StdPicture.h"
 #include "host/String.h"
 #include "host/UserControl.h"
 #include "host/Variant.h"
@@ -22,6 +24,7 @@ namespace mx::controls {
 class USStatusBar : public host::UserControl {
  public:
   static constexpr int32_t kGripWidth = 14;
+  static constexpr int32_t kIconSize = 16;
 
   USStatusBar();
   ~USStatusBar() override;
@@ -45,6 +48,10 @@ class USStatusBar : public host::UserControl {
   void PanelAlignment(int32_t Index, int32_t value);
   [[nodiscard]] bool PanelAutoSize(int32_t Index) const;
   void PanelAutoSize(int32_t Index, bool value);
+  // Drawn 16 x 16 at the panel's left, the text moving 18 pixels right; Nothing (null) or an
+  // empty picture shows no icon and leaves the text where it was.
+  [[nodiscard]] std::shared_ptr<host::StdPicture> PanelPicture(int32_t Index) const;
+  void PanelPicture(int32_t Index, std::shared_ptr<host::StdPicture> value);
   // Where the last layout put the panel, in client pixels.
   [[nodiscard]] int32_t PanelLeft(int32_t Index) const;
   [[nodiscard]] int32_t PanelRight(int32_t Index) const;
@@ -98,6 +105,7 @@ class USStatusBar : public host::UserControl {
     int32_t width = 100;
     int32_t alignment = 0;
     bool autoSize = false;
+    std::shared_ptr<host::StdPicture> picture;
     int32_t left = 0;   // layout
     int32_t right = 0;  // layout
   };

@@ -9,6 +9,9 @@
 #include "host/Err.h"
 #include "host/Form.h"
 #include "host/FormFileReader.h"
+#include "host/StdPicture.h"
+#include "image/API32bppDIB.h"
+#include "image/PictureBinding.h"
 #include "platform/Input.h"
 
 namespace mx::controls::testing {
@@ -152,6 +155,68 @@ TEST_F(StatusBarTest, BagKeepsPanelsAndTheFace) {
   int w = 0, h = 0;
   std::vector<uint32_t> px = Stack(shots, w, h);
   test::ExpectGolden("controls", "statusbar_themes", w, h, px);
+}
+
+// A w x h bitmap file of one opaque colour (a COLORREF).
+host::ByteArray SolidBmp(int w, int h, platform::COLORREF colour) {
+  image::API32bppDIB dib;
+  EXPECT_TRUE(dib.InitializeDIB(w, h));
+  for (int y = 0; y < h; ++y)
+    for (int x = 0; x < w; ++x) dib.SetPixel(x, y, static_cast<int32_t>(colour), 255);
+  host::ByteArray out;
+  EXPECT_TRUE(dib.SaveToStream_Bitmap(out));
+  return out;
+}
+
+TEST_F(StatusBarTest, PanelPictureIsDrawnAtIconSizeBeforeTheTextWhichMovesRight) {
+  constexpr platform::COLORREF kRed = 0x0000FF;
+  image::InstallPictureDecoder();
+  struct Uninstall {
+    ~Uninstall() { image::UninstallPictureDecoder(); }
+  } uninstall;
+  auto plain = Make<USStatusBar>(0, 0, 200, 22);
+  auto iconic = Make<USStatusBar>(0, 40, 200, 22);
+  for (auto* bar : {plain.get(), iconic.get()}) {
+    bar->ShowSizeGrip(false);
+    bar->AddPanel(u"Pronto", 120);
+    bar->AddPanel(u"NUM", 70);
+  }
+  // A 24 x 24 picture is drawn at 16 x 16 all the same.
+  iconic->PanelPicture(2, host::StdPicture::FromBytes(SolidBmp(24, 24, kRed)));
+  const platform::CapturedImage a = Capture(*plain);
+  const platform::CapturedImage b = Capture(*iconic);
+  // The icon fills (124, 3)-(140, 19): the panel's left plus 4, centred below the top line.
+  for (int y = 0; y < 22; ++y)
+    for (int x = 120; x < 145; ++x) {
+      const bool inside = x >= 124 && x < 140 && y >= 3 && y < 19;
+      EXPECT_EQ(b.color(x, y) == kRed, inside) << x << "," << y;
+    }
+  // The first panel has no picture and looks the same in both bars.
+  for (int y = 0; y < 22; ++y)
+    for (int x = 0; x < 119; ++x) ASSERT_EQ(a.color(x, y), b.color(x, y)) << x << "," << y;
+  // The second panel's text is the plain bar's, 18 pixels further right.
+  int inked = 0;
+  for (int y = 1; y < 22; ++y)
+    for (int x = 124; x < 160; ++x) {
+      ASSERT_EQ(b.color(x + 18, y), a.color(x, y)) << x << "," << y;
+      if (a.color(x, y) != a.color(123, y)) ++inked;
+    }
+  EXPECT_GT(inked, 10);  // the comparison above did cover the text
+
+  // The bag keeps the picture; Nothing takes it away again and the text returns.
+  host::PropertyBag bag;
+  iconic->SaveTo(bag);
+  EXPECT_TRUE(bag.Contains(u"Panel2Picture"));
+  EXPECT_FALSE(bag.Contains(u"Panel1Picture"));
+  auto loaded = Make<USStatusBar>(0, 80, 200, 22, &bag);
+  ASSERT_TRUE(loaded->PanelPicture(2));
+  EXPECT_FALSE(loaded->PanelPicture(1));
+  EXPECT_EQ(Capture(*loaded).color(130, 10), kRed);
+  iconic->PanelPicture(2, nullptr);
+  const platform::CapturedImage c = Capture(*iconic);
+  for (int y = 0; y < 22; ++y)
+    for (int x = 0; x < 200; ++x) ASSERT_EQ(c.color(x, y), a.color(x, y)) << x << "," << y;
+  EXPECT_THROW((void)iconic->PanelPicture(3), host::RuntimeError);
 }
 
 }  // namespace
