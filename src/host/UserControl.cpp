@@ -214,7 +214,15 @@ void UserControl::ForeColor(OLE_COLOR value) {
 
 void UserControl::BackStyle(int16_t value) {
   if (value != 0 && value != 1) Raise(kErrInvalidPropertyValue, u"UserControl");
+  if (value == m_backStyle) return;
   m_backStyle = value;
+  // The persistent image's ground follows the style at once: a control that turns transparent
+  // shows its container from now on, not the colour its image was first cleared to.
+  Impl& im = *m_impl;
+  if (im.imageDC) {
+    FillBackground(im.imageDC, im.imageWidth, im.imageHeight);
+    if (m_hwnd) InvalidateRect(m_hwnd, nullptr, FALSE);
+  }
 }
 
 void UserControl::Enabled(bool value) {

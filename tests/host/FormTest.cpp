@@ -333,6 +333,25 @@ TEST_F(FormTest, ClsShowsTheContainerOrTheBackColor) {
   form->Unload();
 }
 
+TEST_F(FormTest, TurningTransparentShowsTheContainerWithoutCls) {
+  // A control that paints only in Paint never calls Cls: its image must follow the style itself.
+  auto form = std::make_shared<Form>(u"frmStyle");
+  form->BackColor(RGB(250, 250, 250));
+  auto a = Site(*form, u"a", 150);
+  a->BackColor(RGB(0, 0, 200));
+  a->BackStyle(0);
+  form->Show();
+  HDC dc = GetDC(a->hWnd());
+  EXPECT_EQ(GetPixel(dc, 2, 2), RGB(250, 250, 250));
+  ReleaseDC(a->hWnd(), dc);
+  a->BackStyle(1);
+  a->Refresh();
+  dc = GetDC(a->hWnd());
+  EXPECT_EQ(GetPixel(dc, 2, 2), RGB(0, 0, 200)) << "opaque again: the back colour";
+  ReleaseDC(a->hWnd(), dc);
+  form->Unload();
+}
+
 TEST_F(FormTest, PropertiesAndLateBinding) {
   auto form = std::make_shared<Form>(u"frmProps");
   form->Caption(u"Clientes");
