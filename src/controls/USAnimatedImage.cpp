@@ -230,6 +230,23 @@ void USAnimatedImage::ReadStep() {
   if (m_bytesRead >= m_bytesMax) FinishRead(true);
 }
 
+bool USAnimatedImage::LoadFromArray(std::span<const uint8_t> Bytes) {
+  CancelRead();
+  Pause();
+  if (!m_fileName.empty()) {
+    m_fileName.clear();
+    PropertyChanged(u"FileName");
+  }
+  m_frame = 0;
+  m_playsDone = 0;
+  m_ended = false;
+  const bool ok = m_frames.Decode(Bytes);
+  ApplyAutoSize();
+  Paint();
+  if (ok && m_autoPlay && Ambient().UserMode()) Play();
+  return ok;
+}
+
 void USAnimatedImage::FinishRead(bool opened) {
   std::vector<uint8_t> data = std::move(m_data);
   CancelRead();

@@ -49,6 +49,10 @@ class USAnimatedImage : public host::UserControl {
   // Setting it (once shown) drops the frames and starts reading the new file; "" just clears.
   [[nodiscard]] const host::String& FileName() const { return m_fileName; }
   void FileName(host::StringView value);
+  // Takes the frames from bytes in memory at once (no read on the clock, no AsyncRead events).
+  // The FileName is cleared, as the frames no longer come from a file; they are not saved with
+  // the form. False, with no frames, for bytes that are no GIF.
+  bool LoadFromArray(std::span<const uint8_t> Bytes);
   [[nodiscard]] bool AutoPlay() const { return m_autoPlay; }
   void AutoPlay(bool value);
   [[nodiscard]] int32_t LoopCount() const { return m_loopCount; }

@@ -249,6 +249,35 @@ TEST_F(AnimatedTest, FramesAdvanceOnTheirOwnDelays) {
   EXPECT_EQ(ends, 0);  // the file loops for ever
 }
 
+TEST_F(AnimatedTest, LoadsFromBytesAtOnceAndClearsTheFileName) {
+  TempFile file("sample.gif", EncodeGif(SampleGif()));
+  auto a = Image(0, 0, 24, 24);
+  Load(*a, file.path());
+  ASSERT_EQ(a->FrameCount(), 4);
+  a->Play();
+  platform::RunFor(50);
+  ASSERT_EQ(a->FrameIndex(), 1);
+
+  // A two-frame GIF from memory replaces the frames at once, back on the first frame.
+  TestGif two;
+  two.width = 24;
+  two.height = 24;
+  two.palette = {{0, 0, 0}, {255, 0, 0}, {0, 255, 0}, {0, 0, 255}};
+  two.frames = {SolidFrame(0, 0, 24, 24, 1, 10, 0), SolidFrame(0, 0, 24, 24, 2, 10, 0)};
+  completions.clear();
+  EXPECT_TRUE(a->LoadFromArray(EncodeGif(two)));
+  EXPECT_EQ(a->FrameCount(), 2);
+  EXPECT_EQ(a->FrameIndex(), 0);
+  EXPECT_FALSE(a->Playing());
+  EXPECT_TRUE(a->FileName().empty());
+  EXPECT_TRUE(completions.empty()) << "no read on the clock";
+
+  // Bytes that are no GIF leave no frames.
+  const std::vector<uint8_t> junk{'n', 'o', 't', ' ', 'a', ' ', 'g', 'i', 'f'};
+  EXPECT_FALSE(a->LoadFromArray(junk));
+  EXPECT_EQ(a->FrameCount(), 0);
+}
+
 TEST_F(AnimatedTest, PlaysAsManyTimesAsTheFileOrLoopCountSays) {
   constexpr int kLoopMs = 450;
   TempFile twice("twice.gif", EncodeGif(SampleGif(1)));
