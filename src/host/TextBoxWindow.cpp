@@ -15,6 +15,7 @@
 #include <algorithm>
 
 #include "host/Err.h"
+#include "host/HostInput.h"
 #include "host/Screen.h"
 #include "host/TextBoxImpl.h"
 #include "host/UserControl.h"
@@ -24,34 +25,6 @@
 namespace mx::host {
 
 using namespace mx::platform;
-
-namespace {
-
-int16_t ShiftState() {
-  int16_t shift = 0;
-  if (GetKeyState(VK_SHIFT) < 0) shift |= vbShiftMask;
-  if (GetKeyState(VK_CONTROL) < 0) shift |= vbCtrlMask;
-  if (GetKeyState(VK_MENU) < 0) shift |= vbAltMask;
-  return shift;
-}
-
-int16_t MouseShift(WPARAM keys) {
-  int16_t shift = 0;
-  if (keys & MK_SHIFT) shift |= vbShiftMask;
-  if (keys & MK_CONTROL) shift |= vbCtrlMask;
-  if (GetKeyState(VK_MENU) < 0) shift |= vbAltMask;
-  return shift;
-}
-
-int16_t ButtonsHeld(WPARAM keys) {
-  int16_t buttons = 0;
-  if (keys & MK_LBUTTON) buttons |= vbLeftButton;
-  if (keys & MK_RBUTTON) buttons |= vbRightButton;
-  if (keys & MK_MBUTTON) buttons |= vbMiddleButton;
-  return buttons;
-}
-
-}  // namespace
 
 void TextBox::Impl::RegisterClassOnce() {
   WNDCLASSEXW info;

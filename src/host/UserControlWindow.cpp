@@ -14,6 +14,7 @@
 // Handlers run guarded: a failure stays in Err and never unwinds through the platform.
 #include <cmath>
 
+#include "host/HostInput.h"
 #include "host/Screen.h"
 #include "host/UserControlImpl.h"
 #include "platform/Gdi.h"
@@ -25,30 +26,6 @@ namespace mx::host {
 using namespace mx::platform;
 
 namespace {
-
-int16_t ShiftState() {
-  int16_t shift = 0;
-  if (GetKeyState(VK_SHIFT) < 0) shift |= vbShiftMask;
-  if (GetKeyState(VK_CONTROL) < 0) shift |= vbCtrlMask;
-  if (GetKeyState(VK_MENU) < 0) shift |= vbAltMask;
-  return shift;
-}
-
-int16_t MouseShift(WPARAM keys) {
-  int16_t shift = 0;
-  if (keys & MK_SHIFT) shift |= vbShiftMask;
-  if (keys & MK_CONTROL) shift |= vbCtrlMask;
-  if (GetKeyState(VK_MENU) < 0) shift |= vbAltMask;
-  return shift;
-}
-
-int16_t ButtonsHeld(WPARAM keys) {
-  int16_t buttons = 0;
-  if (keys & MK_LBUTTON) buttons |= vbLeftButton;
-  if (keys & MK_RBUTTON) buttons |= vbRightButton;
-  if (keys & MK_MBUTTON) buttons |= vbMiddleButton;
-  return buttons;
-}
 
 int StandardCursorFor(int16_t pointer) {
   switch (pointer) {
