@@ -384,45 +384,6 @@ void USButton::PictureSizeY(int32_t value) {
   Refresh();
 }
 
-// ---- Tooltip settings -------------------------------------------------------------------------
-
-void USButton::ToolDelayTime(int32_t value) {
-  m_toolDelayTime = value;
-  PropertyChanged(u"ToolDelayTime");
-}
-void USButton::ToolTipBackColor(OLE_COLOR value) {
-  m_toolTipBackColor = value;
-  PropertyChanged(u"ToolTipBackColor");
-}
-void USButton::ToolTipCentered(bool value) {
-  m_toolTipCentered = value;
-  PropertyChanged(u"ToolTipCentered");
-}
-void USButton::ToolTipDescription(StringView value) {
-  m_toolTipDescription = String(value);
-  PropertyChanged(u"ToolTipDescription");
-}
-void USButton::ToolTipForeColor(OLE_COLOR value) {
-  m_toolTipForeColor = value;
-  PropertyChanged(u"ToolTipForeColor");
-}
-void USButton::ToolTipIcon(int32_t value) {
-  m_toolTipIcon = value;
-  PropertyChanged(u"ToolTipIcon");
-}
-void USButton::ToolTipStyle(int32_t value) {
-  m_toolTipStyle = value;
-  PropertyChanged(u"ToolTipStyle");
-}
-void USButton::ToolTipTitle(StringView value) {
-  m_toolTipTitle = String(value);
-  PropertyChanged(u"ToolTipTitle");
-}
-void USButton::ToolTipVisibleTime(int32_t value) {
-  m_toolTipVisibleTime = value;
-  PropertyChanged(u"ToolTipVisibleTime");
-}
-
 // ---- Methods ----------------------------------------------------------------------------------
 
 void USButton::About() { ShowAboutBox(); }
@@ -557,15 +518,7 @@ void USButton::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   m_showFocusRectDown = readBool(u"ShowFocusRectDown", false);
   // Only stored: the colours saved with the button are the ones that apply.
   m_theme = readLong(u"Theme", frame::Windows_Theme);
-  m_toolDelayTime = readLong(u"ToolDelayTime", 1500);
-  m_toolTipBackColor = readLong(u"ToolTipBackColor", 0xF4FFFF);
-  m_toolTipCentered = readBool(u"ToolTipCentered", false);
-  m_toolTipDescription = readString(u"ToolTipDescription", String());
-  m_toolTipForeColor = readLong(u"ToolTipForeColor", 0x000000);
-  m_toolTipIcon = readLong(u"ToolTipIcon", 0);
-  m_toolTipStyle = readLong(u"ToolTipStyle", 1);
-  m_toolTipTitle = readString(u"ToolTipTitle", String());
-  m_toolTipVisibleTime = readLong(u"ToolTipVisibleTime", 5000);
+  Step([&] { m_tip.Read(PropBag); });
   m_value = readBool(u"Value", false);
 
   // Side effects last.
@@ -627,15 +580,7 @@ void USButton::UserControl_WriteProperties(host::PropertyBag& PropBag) {
   write(u"ShowFocusRect", Variant(m_showFocusRect), Variant(true));
   write(u"ShowFocusRectDown", Variant(m_showFocusRectDown), Variant(false));
   write(u"Theme", Variant(m_theme), Variant(int32_t{frame::Windows_Theme}));
-  write(u"ToolDelayTime", Variant(m_toolDelayTime), Variant(int32_t{1500}));
-  write(u"ToolTipBackColor", Variant(m_toolTipBackColor), Variant(OLE_COLOR{0xF4FFFF}));
-  write(u"ToolTipCentered", Variant(m_toolTipCentered), Variant(false));
-  write(u"ToolTipDescription", Variant(m_toolTipDescription), Variant(String()));
-  write(u"ToolTipForeColor", Variant(m_toolTipForeColor), Variant(OLE_COLOR{0}));
-  write(u"ToolTipIcon", Variant(m_toolTipIcon), Variant(int32_t{0}));
-  write(u"ToolTipStyle", Variant(m_toolTipStyle), Variant(int32_t{1}));
-  write(u"ToolTipTitle", Variant(m_toolTipTitle), Variant(String()));
-  write(u"ToolTipVisibleTime", Variant(m_toolTipVisibleTime), Variant(int32_t{5000}));
+  Step([&] { m_tip.Write(PropBag); });
   write(u"Value", Variant(m_value), Variant(false));
 }
 
@@ -704,23 +649,13 @@ bool USButton::HasMouseTrackerAttached() const { return m_mouseEx != nullptr; }
 
 void USButton::CreateToolTip() {
   // Without a description or an icon there is no tooltip at all; out of the box there is none.
-  if (!m_userMode || m_toolTipDescription.empty() || m_toolTipIcon == 0) return;
+  if (!m_userMode || m_tip.description.empty() || m_tip.icon == 0) return;
   if (!m_toolTip) m_toolTip = std::make_unique<frame::APITooltip>();
-  m_toolTip->Destroy();
-  m_toolTip->BackColor(m_toolTipBackColor);
-  m_toolTip->Centered(m_toolTipCentered);
-  m_toolTip->DelayTime(m_toolDelayTime);
-  m_toolTip->ForeColor(m_toolTipForeColor);
-  m_toolTip->Icon(static_cast<frame::ENUM_TOOLTIP_ICON>(m_toolTipIcon));
-  m_toolTip->Style(static_cast<frame::ENUM_TOOLTIP_STYLE>(m_toolTipStyle));
-  m_toolTip->TipText(m_toolTipDescription);
-  m_toolTip->Title(m_toolTipTitle);
-  m_toolTip->VisibleTime(m_toolTipVisibleTime);
-  m_toolTip->Create(UserControl::hWnd());
+  m_tip.CreateOn(*m_toolTip, UserControl::hWnd());
 }
 
 void USButton::DestroyToolTip() {
-  if (m_userMode && m_toolTip && !m_toolTipDescription.empty()) m_toolTip->Destroy();
+  if (m_userMode && m_toolTip && !m_tip.description.empty()) m_toolTip->Destroy();
 }
 
 // ---- The click machine ------------------------------------------------------------------------

@@ -14,6 +14,7 @@
 #include <span>
 
 #include "controls/CaptionControl.h"
+#include "frame/ToolTipSettings.h"
 #include "host/Event.h"
 #include "host/PropertyBag.h"
 #include "host/StdFont.h"
@@ -66,7 +67,7 @@ enum ENUM_PICTURE_SIZES : int32_t {
 
 class USImageList;
 
-class USButton : public CaptionControl {
+class USButton : public CaptionControl, public frame::ToolTipProperties {
  public:
   // The painted states.
   static constexpr int32_t kStateNormal = 0;
@@ -216,25 +217,8 @@ class USButton : public CaptionControl {
   [[nodiscard]] int32_t PictureSizeY() const { return m_pictureSizeY; }
   void PictureSizeY(int32_t value);
 
-  // Tooltip settings: stored and saved; they reach a tooltip at the next CreateToolTip.
-  [[nodiscard]] int32_t ToolDelayTime() const { return m_toolDelayTime; }
-  void ToolDelayTime(int32_t value);
-  [[nodiscard]] OLE_COLOR ToolTipBackColor() const { return m_toolTipBackColor; }
-  void ToolTipBackColor(OLE_COLOR value);
-  [[nodiscard]] bool ToolTipCentered() const { return m_toolTipCentered; }
-  void ToolTipCentered(bool value);
-  [[nodiscard]] const String& ToolTipDescription() const { return m_toolTipDescription; }
-  void ToolTipDescription(StringView value);
-  [[nodiscard]] OLE_COLOR ToolTipForeColor() const { return m_toolTipForeColor; }
-  void ToolTipForeColor(OLE_COLOR value);
-  [[nodiscard]] int32_t ToolTipIcon() const { return m_toolTipIcon; }
-  void ToolTipIcon(int32_t value);
-  [[nodiscard]] int32_t ToolTipStyle() const { return m_toolTipStyle; }
-  void ToolTipStyle(int32_t value);
-  [[nodiscard]] const String& ToolTipTitle() const { return m_toolTipTitle; }
-  void ToolTipTitle(StringView value);
-  [[nodiscard]] int32_t ToolTipVisibleTime() const { return m_toolTipVisibleTime; }
-  void ToolTipVisibleTime(int32_t value);
+  // Tooltip settings (ToolTip*, ToolDelayTime) come from ToolTipProperties: stored and saved;
+  // they reach a tooltip at the next CreateToolTip.
 
   // ---- Methods -----------------------------------------------------------------------------
 
@@ -307,6 +291,7 @@ class USButton : public CaptionControl {
 
  protected:
   void RepaintForFont() override { Refresh(); }
+  void ToolTipPropertyChanged(StringView key) override { PropertyChanged(key); }
   void UserControl_Initialize() override;
   void UserControl_InitProperties() override;
   void UserControl_ReadProperties(host::PropertyBag& PropBag) override;
@@ -392,15 +377,6 @@ class USButton : public CaptionControl {
   int32_t m_pictureSize = Picture_Normal;
   int32_t m_pictureSizeX = 16;
   int32_t m_pictureSizeY = 16;
-  int32_t m_toolDelayTime = 1500;
-  OLE_COLOR m_toolTipBackColor = 0xF4FFFF;
-  bool m_toolTipCentered = false;
-  String m_toolTipDescription;
-  OLE_COLOR m_toolTipForeColor = 0x000000;
-  int32_t m_toolTipIcon = 0;
-  int32_t m_toolTipStyle = 1;
-  String m_toolTipTitle;
-  int32_t m_toolTipVisibleTime = 5000;
 
   // Run-time state.
   bool m_userMode = false;

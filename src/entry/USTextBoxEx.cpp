@@ -309,24 +309,7 @@ void USTextBoxEx::ApplyTheme() {
     member = value;                         \
     PropertyChanged(u## #Name);             \
   }
-MX_STORE_SETTER(ToolTipBackColor, OLE_COLOR, m_toolTipBackColor)
-MX_STORE_SETTER(ToolTipCentered, bool, m_toolTipCentered)
-MX_STORE_SETTER(ToolTipForeColor, OLE_COLOR, m_toolTipForeColor)
-MX_STORE_SETTER(ToolTipIcon, int32_t, m_toolTipIcon)
-MX_STORE_SETTER(ToolTipStyle, int32_t, m_toolTipStyle)
-MX_STORE_SETTER(ToolTipVisibleTime, int32_t, m_toolTipVisibleTime)
-MX_STORE_SETTER(ToolDelayTime, int32_t, m_toolDelayTime)
 #undef MX_STORE_SETTER
-
-void USTextBoxEx::ToolTipDescription(StringView value) {
-  m_toolTipDescription = String(value);
-  PropertyChanged(u"ToolTipDescription");
-}
-
-void USTextBoxEx::ToolTipTitle(StringView value) {
-  m_toolTipTitle = String(value);
-  PropertyChanged(u"ToolTipTitle");
-}
 
 // ---- Read-only views -------------------------------------------------------------------------------
 
@@ -396,20 +379,10 @@ void USTextBoxEx::ClearControl() {
 
 void USTextBoxEx::CreateToolTip() {
   // Without a description there is nothing to show: no tip window is made.
-  if (!m_userMode || m_toolTipDescription.empty()) return;
+  if (!m_userMode || m_tip.description.empty()) return;
   if (!m_toolTip) m_toolTip = std::make_unique<frame::APITooltip>();
-  m_toolTip->Destroy();
-  m_toolTip->BackColor(m_toolTipBackColor);
-  m_toolTip->Centered(m_toolTipCentered);
-  m_toolTip->DelayTime(m_toolDelayTime);
-  m_toolTip->ForeColor(m_toolTipForeColor);
-  m_toolTip->Icon(static_cast<frame::ENUM_TOOLTIP_ICON>(m_toolTipIcon));
-  m_toolTip->Style(static_cast<frame::ENUM_TOOLTIP_STYLE>(m_toolTipStyle));
-  m_toolTip->TipText(m_toolTipDescription);
-  m_toolTip->Title(m_toolTipTitle);
-  m_toolTip->VisibleTime(m_toolTipVisibleTime);
   // The pointer rests over the inner box, which covers nearly all of the control.
-  m_toolTip->Create(m_inner->hWnd() ? m_inner->hWnd() : UserControl::hWnd());
+  m_tip.CreateOn(*m_toolTip, m_inner->hWnd() ? m_inner->hWnd() : UserControl::hWnd());
 }
 
 void USTextBoxEx::DestroyToolTip() { m_toolTip.reset(); }
@@ -476,15 +449,7 @@ void USTextBoxEx::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   Step([&] { m_requiredColor = static_cast<OLE_COLOR>(read(u"RequiredColor", Variant(int32_t{0x0000C0})).ToLong()); });
   Step([&] { m_textCase = read(u"TextCase", Variant(int32_t{0})).ToLong(); });
   Step([&] { m_theme = read(u"Theme", Variant(int32_t{2})).ToLong(); });
-  Step([&] { m_toolTipBackColor = static_cast<OLE_COLOR>(read(u"ToolTipBackColor", Variant(int32_t{0xF4FFFF})).ToLong()); });
-  Step([&] { m_toolTipCentered = read(u"ToolTipCentered", Variant(false)).ToBoolean(); });
-  Step([&] { m_toolTipDescription = read(u"ToolTipDescription", Variant(String())).ToString(); });
-  Step([&] { m_toolTipForeColor = static_cast<OLE_COLOR>(read(u"ToolTipForeColor", Variant(int32_t{0})).ToLong()); });
-  Step([&] { m_toolTipIcon = read(u"ToolTipIcon", Variant(int32_t{0})).ToLong(); });
-  Step([&] { m_toolTipTitle = read(u"ToolTipTitle", Variant(String())).ToString(); });
-  Step([&] { m_toolTipStyle = read(u"ToolTipStyle", Variant(int32_t{1})).ToLong(); });
-  Step([&] { m_toolTipVisibleTime = read(u"ToolTipVisibleTime", Variant(int32_t{5000})).ToLong(); });
-  Step([&] { m_toolDelayTime = read(u"ToolDelayTime", Variant(int32_t{1500})).ToLong(); });
+  Step([&] { m_tip.Read(PropBag); });
   // The text goes in last, through the setter, so that the mask and number rules lay it out.
   String text;
   Step([&] { text = read(u"Text", Variant(String())).ToString(); });
@@ -537,15 +502,7 @@ void USTextBoxEx::UserControl_WriteProperties(host::PropertyBag& PropBag) {
   write(u"Value", Variant(Text()), Variant(String()));
   write(u"TextCase", Variant(m_textCase), Variant(int32_t{0}));
   write(u"Theme", Variant(m_theme), Variant(int32_t{2}));
-  write(u"ToolTipBackColor", colour(m_toolTipBackColor), colour(0xF4FFFF));
-  write(u"ToolTipCentered", Variant(m_toolTipCentered), Variant(false));
-  write(u"ToolTipDescription", Variant(m_toolTipDescription), Variant(String()));
-  write(u"ToolTipForeColor", colour(m_toolTipForeColor), colour(0));
-  write(u"ToolTipIcon", Variant(m_toolTipIcon), Variant(int32_t{0}));
-  write(u"ToolTipTitle", Variant(m_toolTipTitle), Variant(String()));
-  write(u"ToolTipStyle", Variant(m_toolTipStyle), Variant(int32_t{1}));
-  write(u"ToolTipVisibleTime", Variant(m_toolTipVisibleTime), Variant(int32_t{5000}));
-  write(u"ToolDelayTime", Variant(m_toolDelayTime), Variant(int32_t{1500}));
+  Step([&] { m_tip.Write(PropBag); });
 }
 
 void USTextBoxEx::UserControl_Resize() {

@@ -17,6 +17,7 @@
 
 #include "entry/NumberEntry.h"
 #include "entry/TextMask.h"
+#include "frame/ToolTipSettings.h"
 #include "host/Event.h"
 #include "host/PropertyBag.h"
 #include "host/StdFont.h"
@@ -53,7 +54,7 @@ enum ENUM_AUTOCOMPLETEFLAGS : uint32_t {
   SHACF_AUTOAPPEND_FORCE_OFF = 0x80000000,
 };
 
-class USTextBoxEx : public host::UserControl {
+class USTextBoxEx : public host::UserControl, public frame::ToolTipProperties {
  public:
   // The looks ApplyLook takes.
   static constexpr int32_t kLookDisabled = -1;
@@ -143,24 +144,7 @@ class USTextBoxEx : public host::UserControl {
   [[nodiscard]] int32_t Theme() const { return m_theme; }
   void Theme(int32_t value);
 
-  [[nodiscard]] OLE_COLOR ToolTipBackColor() const { return m_toolTipBackColor; }
-  void ToolTipBackColor(OLE_COLOR value);
-  [[nodiscard]] bool ToolTipCentered() const { return m_toolTipCentered; }
-  void ToolTipCentered(bool value);
-  [[nodiscard]] const String& ToolTipDescription() const { return m_toolTipDescription; }
-  void ToolTipDescription(StringView value);
-  [[nodiscard]] OLE_COLOR ToolTipForeColor() const { return m_toolTipForeColor; }
-  void ToolTipForeColor(OLE_COLOR value);
-  [[nodiscard]] int32_t ToolTipIcon() const { return m_toolTipIcon; }
-  void ToolTipIcon(int32_t value);
-  [[nodiscard]] const String& ToolTipTitle() const { return m_toolTipTitle; }
-  void ToolTipTitle(StringView value);
-  [[nodiscard]] int32_t ToolTipStyle() const { return m_toolTipStyle; }
-  void ToolTipStyle(int32_t value);
-  [[nodiscard]] int32_t ToolTipVisibleTime() const { return m_toolTipVisibleTime; }
-  void ToolTipVisibleTime(int32_t value);
-  [[nodiscard]] int32_t ToolDelayTime() const { return m_toolDelayTime; }
-  void ToolDelayTime(int32_t value);
+  // The tooltip settings (ToolTip*, ToolDelayTime) come from ToolTipProperties.
 
   // ---- Read-only views of the text ---------------------------------------------------------------
 
@@ -229,6 +213,7 @@ class USTextBoxEx : public host::UserControl {
   void ApplyLook(int32_t xState, bool xRefresh = true);
 
  protected:
+  void ToolTipPropertyChanged(StringView key) override { PropertyChanged(key); }
   void UserControl_Initialize() override;
   void UserControl_InitProperties() override;
   void UserControl_ReadProperties(host::PropertyBag& PropBag) override;
@@ -291,15 +276,6 @@ class USTextBoxEx : public host::UserControl {
   OLE_COLOR m_requiredColor = 0x0000C0;
   int32_t m_textCase = Case_Normal;
   int32_t m_theme = 2;
-  OLE_COLOR m_toolTipBackColor = 0xF4FFFF;
-  bool m_toolTipCentered = false;
-  String m_toolTipDescription;
-  OLE_COLOR m_toolTipForeColor = 0;
-  int32_t m_toolTipIcon = 0;
-  String m_toolTipTitle;
-  int32_t m_toolTipStyle = 1;
-  int32_t m_toolTipVisibleTime = 5000;
-  int32_t m_toolDelayTime = 1500;
 
   // Private state of the key and change handling.
   String m_lastText;
