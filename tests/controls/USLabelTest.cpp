@@ -121,6 +121,41 @@ TEST_F(LabelTest, ResizeRepaintsOnlyWrappedTextAfterShow) {
   EXPECT_EQ(l->PaintCount(), unwrapped);
 }
 
+TEST_F(LabelTest, PointerEntersAndLeavesUnlessMouseEventsAreOff) {
+  std::vector<std::string> log;
+  auto watch = [&](USLabel& l, const std::string& name) {
+    l.MouseEnter.connect([&log, name] { log.push_back(name + " enter"); });
+    l.MouseExit.connect([&log, name] { log.push_back(name + " exit"); });
+  };
+  PropertyBag tracked;
+  Make<USLabel>(0, 0, 10, 10)->SaveTo(tracked);
+  PropertyBag quiet;
+  auto q = Make<USLabel>(0, 0, 10, 10);
+  q->DisableMouseEvents(true);
+  q->SaveTo(quiet);
+
+  auto on = Make<USLabel>(100, 100, 80, 20, &tracked, true);
+  auto off = Make<USLabel>(100, 200, 80, 20, &quiet, true);
+  EXPECT_TRUE(on->HasMouseTracker());
+  EXPECT_FALSE(off->HasMouseTracker());
+  watch(*on, "on");
+  watch(*off, "off");
+  for (const auto& [x, y] : {std::pair{110, 105}, {110, 205}, {5, 5}}) {
+    platform::InjectMouseMove(x, y);
+    platform::PumpMessages();
+  }
+  EXPECT_EQ(log, (std::vector<std::string>{"on enter", "on exit"}));
+
+  // Turned off in the bag, the events can still be asked for by code.
+  log.clear();
+  off->StartMouseEvents();
+  platform::InjectMouseMove(110, 205);
+  platform::PumpMessages();
+  platform::InjectMouseMove(5, 5);
+  platform::PumpMessages();
+  EXPECT_EQ(log, (std::vector<std::string>{"off enter", "off exit"}));
+}
+
 TEST_F(LabelTest, RoundTripKeepsKeysAndAPlainCaption) {
   auto a = Make<USLabel>(0, 0, 100, 20);
   a->Caption(u"<i>texto</i>");
