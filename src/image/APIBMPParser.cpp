@@ -78,6 +78,67 @@ bool resolveFill(int32_t color, uint32_t& rgb) {
 
 namespace bmp {
 
+namespace {
+
+// Walks an RLE4 or RLE8 stream from the bottom-left, calling put(x, y, index) for every pixel
+// that lands inside the picture (y is a picture row, 0 = top, so it counts down). False when
+// the stream is cut before the end of the bitmap or before the picture is full.
+template <class Put>
+bool walkRle(const DibLayout& h, const uint8_t* bits, size_t bitsSize, Put&& put) {
+  const int32_t w = h.width;
+  const bool four = h.compression == kBI_RLE4;
+  size_t n = bitsSize;
+  if (h.sizeImage && h.sizeImage < n) n = h.sizeImage;
+  int32_t x = 0, y = h.height - 1;
+  size_t i = 0;
+  auto emit = [&](uint32_t index) {
+    // Runs past the row's end are clipped.
+    if (x < w && y >= 0) put(x, y, index);
+    ++x;
+  };
+  for (;;) {
+    if (y < 0) return true;  // the picture is full; whatever follows is ignored
+    if (i + 2 > n) return false;  // cut before the end of the bitmap
+    uint8_t count = bits[i], value = bits[i + 1];
+    i += 2;
+    if (count > 0) {
+      for (uint32_t k = 0; k < count; ++k) emit(four ? ((k & 1) ? value & 0x0F : value >> 4) : value);
+      continue;
+    }
+    switch (value) {
+      case 0:  // end of line
+        x = 0;
+        --y;
+        break;
+      case 1:  // end of bitmap
+        return true;
+      case 2:  // delta: right and up
+        if (i + 2 > n) return false;
+        x += bits[i];
+        y -= bits[i + 1];
+        i += 2;
+        break;
+      default: {  // absolute run of `value` pixels, padded to a 16-bit boundary
+        size_t bytes = four ? (static_cast<size_t>(value) + 1) / 2 : value;
+        if (i + bytes > n) return false;
+        for (uint32_t k = 0; k < value; ++k)
+          emit(four ? ((k & 1) ? bits[i + k / 2] & 0x0F : bits[i + k / 2] >> 4) : bits[i + k]);
+        i += (bytes + 1) & ~size_t{1};
+        break;
+      }
+    }
+  }
+}
+
+}  // namespace
+
+bool PixelDataSufficient(const DibLayout& h, const uint8_t* bits, size_t bitsSize) {
+  if (h.width <= 0 || h.height <= 0) return false;
+  if (h.compression == kBI_RLE8 || h.compression == kBI_RLE4)
+    return bits && walkRle(h, bits, bitsSize, [](int32_t, int32_t, uint32_t) {});
+  return DibStride(h.width, h.bitCount) * static_cast<size_t>(h.height) <= bitsSize;
+}
+
 size_t DibStride(int32_t width, uint16_t bitCount) {
   return ((static_cast<size_t>(width) * bitCount + 31) / 32) * 4;
 }
@@ -191,59 +252,13 @@ bool DecodeDibPixels(const DibLayout& h, const uint8_t* p, size_t size, const ui
   };
 
   if (h.compression == kBI_RLE8 || h.compression == kBI_RLE4) {
-    // Writes start at the bottom-left; y is a picture row (0 = top), so it counts down.
-    const bool four = h.compression == kBI_RLE4;
-    size_t n = bitsSize;
-    if (h.sizeImage && h.sizeImage < n) n = h.sizeImage;
     // Every pixel starts transparent; anySkipped is settled at the end by what was written.
     std::vector<uint8_t> written(static_cast<size_t>(w) * hgt, 0);
-    int32_t x = 0, y = hgt - 1;
-    size_t i = 0;
-    bool ended = false;
-    auto emit = [&](uint32_t index) {
-      // Runs past the row's end are clipped.
-      if (x < w && y >= 0) {
-        putIndex(x, y, index);
-        written[static_cast<size_t>(y) * w + x] = 1;
-      }
-      ++x;
-    };
-    while (!ended) {
-      if (y < 0) {
-        ended = true;  // the picture is full; whatever follows is ignored
-        break;
-      }
-      if (i + 2 > n) return false;  // cut before the end of the bitmap
-      uint8_t count = bits[i], value = bits[i + 1];
-      i += 2;
-      if (count > 0) {
-        for (uint32_t k = 0; k < count; ++k) emit(four ? ((k & 1) ? value & 0x0F : value >> 4) : value);
-        continue;
-      }
-      switch (value) {
-        case 0:  // end of line
-          x = 0;
-          --y;
-          break;
-        case 1:  // end of bitmap
-          ended = true;
-          break;
-        case 2:  // delta: right and up
-          if (i + 2 > n) return false;
-          x += bits[i];
-          y -= bits[i + 1];
-          i += 2;
-          break;
-        default: {  // absolute run of `value` pixels, padded to a 16-bit boundary
-          size_t bytes = four ? (static_cast<size_t>(value) + 1) / 2 : value;
-          if (i + bytes > n) return false;
-          for (uint32_t k = 0; k < value; ++k)
-            emit(four ? ((k & 1) ? bits[i + k / 2] & 0x0F : bits[i + k / 2] >> 4) : bits[i + k]);
-          i += (bytes + 1) & ~size_t{1};
-          break;
-        }
-      }
-    }
+    bool ok = walkRle(h, bits, bitsSize, [&](int32_t x, int32_t y, uint32_t index) {
+      putIndex(x, y, index);
+      written[static_cast<size_t>(y) * w + x] = 1;
+    });
+    if (!ok) return false;
     anySkipped = std::find(written.begin(), written.end(), uint8_t{0}) != written.end();
     return true;
   }
@@ -299,6 +314,8 @@ bool DecodeDibPixels(const DibLayout& h, const uint8_t* p, size_t size, const ui
 bool APIBMPParser::loadDib(const bmp::DibLayout& h, const uint8_t* p, size_t size, const uint8_t* bits,
                            size_t bitsSize, API32bppDIB& outDIB) {
   try {
+    // Settled before the surface exists: a header may claim far more than its data holds.
+    if (!DecodedSizeAllowed(h.width, h.height) || !bmp::PixelDataSufficient(h, bits, bitsSize)) return false;
     if (!outDIB.InitializeDIB(h.width, h.height)) return false;
     const int32_t w = outDIB.Width();
     uint8_t* top = outDIB.BitsPointer() + static_cast<size_t>(h.height - 1) * w * 4;

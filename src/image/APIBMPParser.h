@@ -17,6 +17,11 @@
 // leaves the picture ends decoding. Data that stops before the pixels are complete (plain rows
 // short, an RLE stream cut inside a code or before the last row) is refused.
 //
+// The header's size is checked against the data before the surface is made: uncompressed rows
+// must all be present, an RLE stream must read to its end, and no picture may need more than
+// kMaxDecodedBytes of surface. A few dozen bytes of header cannot make the reader allocate
+// gigabytes.
+//
 // Writing: an opaque surface, or any surface when a fill colour is given, becomes 24 bits
 // (transparent parts blended over that colour); a surface with alpha becomes 32 bits with a v5
 // header whose bit fields carry the alpha mask, straight alpha unless the premultiplied pixels are
@@ -26,6 +31,7 @@
 #include <vector>
 
 #include "host/String.h"
+#include "image/DecodeLimits.h"
 #include "platform/Types.h"
 
 namespace mx::image {
@@ -58,6 +64,10 @@ bool ParseDibHeader(const uint8_t* p, size_t size, DibLayout& out);
 
 // Bytes of one packed row, DWORD-aligned.
 [[nodiscard]] size_t DibStride(int32_t width, uint16_t bitCount);
+
+// Checks, without decoding, that the pixel data can back the picture the header describes:
+// every uncompressed row present, or an RLE stream that reads through without being cut.
+[[nodiscard]] bool PixelDataSufficient(const DibLayout& h, const uint8_t* bits, size_t bitsSize);
 
 // Decodes the pixels into straight BGRA. dstTop points at picture row 0 (the top row) and
 // dstStride steps one row down the picture (negative for a bottom-up surface). Pixels that an

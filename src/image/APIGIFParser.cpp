@@ -10,6 +10,7 @@
 #include <new>
 
 #include "image/API32bppDIB.h"
+#include "image/DecodeLimits.h"
 #include "image/GifLzwEncoder.h"
 #include "image/GifPalette.h"
 
@@ -151,6 +152,12 @@ bool APIGIFParser::buildFrame(const uint8_t* p, size_t size) {
   if (frameEnd == 0) return false;
   if (frameEnd - frameAt < 3 || colors == 0) return false;
   if (frameWidth == 0 || frameHeight == 0) return false;
+  // One LZW code of at least two bits yields at most 4096 pixels, so the frame's data bounds the
+  // pixels it can fill; a descriptor that claims more is refused before giflib allocates rows.
+  const auto lzwBytes = static_cast<int64_t>(frameEnd - dataAt);
+  if (!DecodedSizeAllowed(frameWidth, frameHeight) ||
+      static_cast<int64_t>(frameWidth) * frameHeight > lzwBytes * 4 * 4096)
+    return false;
   m_original.assign(table, table + 3 * colors);
 
   // The copy: header and global table, the control block, the frame, the trailer. The screen

@@ -6,6 +6,7 @@
 #include <span>
 
 #include "image/API32bppDIB.h"
+#include "image/DecodeLimits.h"
 #include "image/APIBMPParser.h"
 #include "image/APIPNGParser.h"
 #include "platform/Gdi.h"
@@ -158,7 +159,7 @@ bool APIICOParser::loadEntry(const std::vector<uint8_t>& inStream, size_t base, 
   const uint8_t* bits = p + h.afterTables;
   const bool haveMask = size - h.afterTables - xorBytes >= andBytes;
 
-  if (!outDIB.InitializeDIB(h.width, h.height)) return false;
+  if (!DecodedSizeAllowed(h.width, h.height) || !outDIB.InitializeDIB(h.width, h.height)) return false;
   const int32_t w = h.width;
   uint8_t* top = outDIB.BitsPointer() + static_cast<size_t>(h.height - 1) * w * 4;
   bool skipped = false;

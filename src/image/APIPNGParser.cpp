@@ -10,6 +10,7 @@
 #endif
 
 #include "image/API32bppDIB.h"
+#include "image/DecodeLimits.h"
 #include "image/Inflate.h"
 #include "image/ZlibBinding.h"
 
@@ -458,8 +459,10 @@ bool APIPNGParser::ParsePNG(const uint8_t* src, size_t size, bool fromFile, API3
     }
     if (error || idatSize == 0 || !haveHeader) return false;
 
-    // The surface's byte size must fit a Long; refuse early rather than allocate the raw rows.
-    if (static_cast<uint64_t>(m_width) * static_cast<uint64_t>(m_height) * 4 > INT32_MAX) return false;
+    // The surface must stay within the readers' limit; refuse early rather than allocate the raw
+    // rows. The inflate ratio below bounds the raw rows, not the surface: one byte of 1-bit
+    // rows is 32 bytes of surface.
+    if (!DecodedSizeAllowed(m_width, m_height)) return false;
     if (m_rawSize > idatSize * kMaxInflateRatio + 4096) return false;
 
     RawBuffer raw(m_rawSize);
