@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "entry/USListBox.h"
 #include "entry/USTextBoxEx.h"
 #include "host/ControlRegistry.h"
 
@@ -10,6 +11,7 @@ namespace mx::entry {
 void RegisterControls() {
   static const bool registered = [] {
     host::RegisterControlClass(u"Morvantix.USTextBoxEx", [] { return std::make_shared<USTextBoxEx>(); });
+    host::RegisterControlClass(u"Morvantix.USListBox", [] { return std::make_shared<USListBox>(); });
     return true;
   }();
   (void)registered;
