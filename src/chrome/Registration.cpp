@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "chrome/MessageForm.h"
 #include "chrome/USForm.h"
 #include "chrome/USRibbon.h"
 #include "host/ControlRegistry.h"
@@ -9,6 +10,7 @@
 namespace mx::chrome {
 
 void RegisterControls() {
+  InstallMessageForms();
   if (!host::IsControlClassRegistered(u"Morvantix.USForm"))
     host::RegisterControlClass(u"Morvantix.USForm", [] { return std::make_shared<USForm>(); });
   if (!host::IsControlClassRegistered(u"Morvantix.USRibbon"))
