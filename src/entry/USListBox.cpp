@@ -351,7 +351,7 @@ void USListBox::SetUSImageList(const std::shared_ptr<controls::USImageList>& Ima
 }
 
 std::shared_ptr<imagelist::APIImageList> USListBox::BoundImages() const {
-  auto control = m_imageListControl.lock();
+  const auto& control = m_imageListControl;
   if (!control) return nullptr;
   auto lists = control->ImageLists();
   if (!lists) return nullptr;

@@ -408,7 +408,8 @@ class USListBox : public host::UserControl {
   std::shared_ptr<controls::USScrollBar> m_bar;
   std::shared_ptr<host::TextBox> m_txtEdit;
   std::unique_ptr<frame::APITooltip> m_toolTip;
-  std::weak_ptr<controls::USImageList> m_imageListControl;
+  // The bound image-list control; the list only reads its images.
+  std::shared_ptr<controls::USImageList> m_imageListControl;
   String m_imageListKey = u"Key";
   // Custom pointers made from item icons, released in Terminate.
   std::vector<std::pair<std::shared_ptr<host::StdPicture>, platform::HCURSOR>> m_cursors;
