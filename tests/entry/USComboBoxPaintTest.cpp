@@ -4,6 +4,7 @@
 #include "USComboBoxTestSupport.h"
 
 #include "frame/Themes.h"
+#include "image/API32bppDIB.h"
 #include "support/Golden.h"
 
 namespace mx::entry::testing {
@@ -91,6 +92,38 @@ TEST_F(ComboPaintTest, CornerLineAndGradientButton) {
   // Top to bottom, 21 rows: the first row is colour 1, the last colour 2.
   EXPECT_EQ(img.color(b.left, b.top), 0xFF0000u);
   EXPECT_EQ(img.color(b.left, b.bottom - 1), 0x0000FFu);
+}
+
+// A square PNG of one opaque colour (0xBBGGRR), as a picture object.
+std::shared_ptr<host::StdPicture> SolidPicture(int size, int32_t colour) {
+  image::API32bppDIB dib;
+  EXPECT_TRUE(dib.InitializeDIB(size, size));
+  for (int y = 0; y < size; ++y)
+    for (int x = 0; x < size; ++x) dib.SetPixel(x, y, colour, 255);
+  std::vector<uint8_t> png;
+  EXPECT_TRUE(dib.SaveToStream_PNG(png));
+  return host::StdPicture::FromBytes(host::ByteArray(png.begin(), png.end()));
+}
+
+TEST_F(ComboPaintTest, ListPicturesReplaceTheArrowAndFollowHover) {
+  combo->ListPicture(SolidPicture(9, 0x0000FF));
+  combo->ListPictureOver(SolidPicture(9, 0xFF0000));
+  const RECT b = combo->ButtonRect();
+  const int cx = (b.left + b.right) / 2, cy = (b.top + b.bottom) / 2;
+  const int left = b.left + (b.right - b.left - 9) / 2;
+  platform::CapturedImage img = Capture();
+  EXPECT_EQ(img.color(cx, cy), 0x0000FFu);
+  EXPECT_EQ(img.color(left, cy), 0x0000FFu);
+  EXPECT_EQ(img.color(left - 1, cy), 0xFFFFFFu) << "the picture is centred, the rest is the face";
+  PointerTo(combo->hWnd(), cx, cy);
+  img = Capture();
+  EXPECT_EQ(img.color(cx, cy), 0xFF0000u);
+  // A picture larger than the button is shrunk into it.
+  combo->ListPicture(SolidPicture(40, 0x00FF00));
+  combo->ListPictureOver(nullptr);
+  img = Capture();
+  EXPECT_EQ(img.color(b.left, cy), 0x00FF00u);
+  EXPECT_EQ(img.color(b.right - 1, cy), 0x00FF00u);
 }
 
 TEST_F(ComboPaintTest, RedrawOffPaintsNothingUntilTurnedOn) {
