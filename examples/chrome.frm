@@ -4,7 +4,7 @@ Begin VB.Form frmChrome
    BackColor       =   &H00F9F9F9&
    BorderStyle     =   2  'Sizable
    Caption         =   "Cadastro - Clientes"
-   ClientHeight    =   2700
+   ClientHeight    =   4200
    ClientLeft      =   45
    ClientTop       =   330
    ClientWidth     =   5400
@@ -17,7 +17,7 @@ Begin VB.Form frmChrome
       Italic          =   0   'False
       Strikethrough   =   0   'False
    EndProperty
-   ScaleHeight     =   2700
+   ScaleHeight     =   4200
    ScaleWidth      =   5400
    StartUpPosition =   3  'Windows Default
    Begin Morvantix.USForm USForm1 
@@ -41,11 +41,31 @@ Begin VB.Form frmChrome
          Strikethrough   =   0   'False
       EndProperty
    End
+   Begin Morvantix.USRibbon USRibbon1 
+      Height          =   1800
+      Left            =   0
+      TabIndex        =   3
+      Top             =   390
+      Width           =   5400
+      _ExtentX        =   9525
+      _ExtentY        =   3175
+      ButtonHandPointer=   -1  'True
+      ShowButtonFocus =   -1  'True
+      BeginProperty Font {0BE35203-8F91-11CE-9DE3-00AA004BB851} 
+         Name            =   "Tahoma"
+         Size            =   8.25
+         Charset         =   0
+         Weight          =   400
+         Underline       =   0   'False
+         Italic          =   0   'False
+         Strikethrough   =   0   'False
+      EndProperty
+   End
    Begin Morvantix.USButton cmdSave 
       Height          =   450
       Left            =   2400
       TabIndex        =   1
-      Top             =   2040
+      Top             =   3540
       Width           =   1320
       _ExtentX        =   2328
       _ExtentY        =   794
@@ -55,7 +75,7 @@ Begin VB.Form frmChrome
       Height          =   450
       Left            =   3840
       TabIndex        =   2
-      Top             =   2040
+      Top             =   3540
       Width           =   1320
       _ExtentX        =   2328
       _ExtentY        =   794

@@ -2,6 +2,7 @@
 #include "chrome/USRibbon.h"
 
 #include <algorithm>
+#include <cwctype>
 
 #include "controls/ControlSupport.h"
 #include "controls/USButton.h"
@@ -80,7 +81,23 @@ String CleanToolTipText(StringView toolTipText, StringView caption) {
   return Trim(collapsed);
 }
 
-String RibbonHotKey(StringView caption) { return controls::AccessKeyFromEnd(caption); }
+String RibbonHotKey(StringView caption) {
+  if (caption.size() < 2) return {};
+  // Read from the left so that every "&&" pairs up as the text shows it ("&&&x" is a literal
+  // "&" then the marker of x); the last marker found is the one nearest the end.
+  char16_t key = 0;
+  for (size_t i = 0; i + 1 < caption.size();) {
+    if (caption[i] != u'&') {
+      ++i;
+      continue;
+    }
+    if (caption[i + 1] != u'&') key = caption[i + 1];
+    i += 2;
+  }
+  if (key == 0) return {};
+  return String(1, key < 0x80 ? static_cast<char16_t>(key >= u'A' && key <= u'Z' ? key + 32 : key)
+                              : static_cast<char16_t>(std::towlower(static_cast<wint_t>(key))));
+}
 
 int32_t USRibbon::LayoutValue(int32_t theme, bool showTabs) {
   if (theme == 0 || theme == 1) return showTabs ? 390 : 50;

@@ -230,6 +230,7 @@ class USRibbon : public controls::CaptionControl {
   void UserControl_AccessKeyPress(int16_t& KeyAscii) override;
   void UserControl_KeyDown(int16_t& KeyCode, int16_t& Shift) override;
   void UserControl_MouseDown(int16_t& Button, int16_t& Shift, float& X, float& Y) override;
+  void UserControl_DblClick() override;
   void UserControl_MouseMove(int16_t& Button, int16_t& Shift, float& X, float& Y) override;
   void UserControl_MouseUp(int16_t& Button, int16_t& Shift, float& X, float& Y) override;
 
@@ -298,6 +299,7 @@ class USRibbon : public controls::CaptionControl {
   void RunClick(RibbonTarget target);
   [[nodiscard]] bool ButtonRowEnabled(int32_t row) const;
   void PointerMoved(int32_t x, int32_t y);
+  void PressAt(int32_t x, int32_t y);
   void PointerLeft();
   void MoveTab(int32_t step);
   void MoveButtonFocus(int32_t step);
@@ -343,6 +345,7 @@ class USRibbon : public controls::CaptionControl {
   RibbonTarget m_pressed;
   int32_t m_focusButton = -1;
   int32_t m_composeCount = 0;
+  platform::POINT m_lastPointer{-1, -1};
   std::unique_ptr<frame::APIMouseEvents> m_mouseEx;
 };
 

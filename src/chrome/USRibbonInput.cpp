@@ -221,13 +221,14 @@ void USRibbon::RunClick(RibbonTarget t) {
 }
 
 void USRibbon::UserControl_MouseMove(int16_t& /*Button*/, int16_t& /*Shift*/, float& X, float& Y) {
-  Step([&] { PointerMoved(static_cast<int32_t>(X), static_cast<int32_t>(Y)); });
+  m_lastPointer = {static_cast<int32_t>(X), static_cast<int32_t>(Y)};
+  Step([&] { PointerMoved(m_lastPointer.x, m_lastPointer.y); });
 }
 
-void USRibbon::UserControl_MouseDown(int16_t& Button, int16_t& /*Shift*/, float& X, float& Y) {
-  if (Button != host::vbLeftButton || !m_built) return;
+void USRibbon::PressAt(int32_t x, int32_t y) {
+  if (!m_built) return;
   Step([&] {
-    RibbonTarget t = HitTest(static_cast<int32_t>(X), static_cast<int32_t>(Y));
+    RibbonTarget t = HitTest(x, y);
     if (t.kind == RibbonHit::Button && !ButtonRowEnabled(t.row)) t = {};
     ShowPressed(m_pressed, false);
     m_pressed = t;
@@ -236,6 +237,16 @@ void USRibbon::UserControl_MouseDown(int16_t& Button, int16_t& /*Shift*/, float&
     Compose();
   });
 }
+
+void USRibbon::UserControl_MouseDown(int16_t& Button, int16_t& /*Shift*/, float& X, float& Y) {
+  if (Button != host::vbLeftButton) return;
+  m_lastPointer = {static_cast<int32_t>(X), static_cast<int32_t>(Y)};
+  PressAt(m_lastPointer.x, m_lastPointer.y);
+}
+
+// The host turns the second of two quick presses into a double click with no press of its own;
+// on a ribbon each press counts, so it presses where the pointer last was.
+void USRibbon::UserControl_DblClick() { PressAt(m_lastPointer.x, m_lastPointer.y); }
 
 void USRibbon::UserControl_MouseUp(int16_t& Button, int16_t& /*Shift*/, float& X, float& Y) {
   if (Button != host::vbLeftButton || !m_built) return;

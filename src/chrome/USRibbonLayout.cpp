@@ -166,7 +166,9 @@ std::unique_ptr<image::API32bppDIB> USRibbon::PictureFor(const std::shared_ptr<h
   auto dib = std::make_unique<image::API32bppDIB>();
   bool ok = false;
   if (picture && !picture->IsEmpty()) {
-    Step([&] { ok = dib->LoadPicture_StdPicture(picture); });
+    // The picture's own file bytes keep a PNG's alpha; the decoded handle is the fallback.
+    Step([&] { ok = dib->LoadPicture_Stream(picture->Bytes(), 0, 0, 0, 0, false, 32); });
+    if (!ok) Step([&] { ok = dib->LoadPicture_StdPicture(picture); });
     return ok ? std::move(dib) : nullptr;
   }
   if (imageIndex.IsMissing() || imageIndex.IsEmpty() || imageIndex.IsNull()) return nullptr;
@@ -194,7 +196,8 @@ std::unique_ptr<image::API32bppDIB> USRibbon::PictureFor(const std::shared_ptr<h
       const Variant pic = m_pictureArray[static_cast<size_t>(position)]->Invoke(u"Picture", host::CallKind::Get,
                                                                                 std::span<Variant>(noArgs, 0));
       auto std = std::dynamic_pointer_cast<host::StdPicture>(pic.Obj());
-      if (std && !std->IsEmpty()) ok = dib->LoadPicture_StdPicture(std);
+      if (std && !std->IsEmpty()) ok = dib->LoadPicture_Stream(std->Bytes(), 0, 0, 0, 0, false, 32) ||
+                                       dib->LoadPicture_StdPicture(std);
     });
   }
   return ok ? std::move(dib) : nullptr;
@@ -311,6 +314,11 @@ void USRibbon::SelectTab(int32_t index, bool force) {
     Member(A::Tab_caption, row).ForeColor = m_tabs[i].index == m_currentTab ? m_foreColorTabSelected : m_foreColorTabNormal;
   }
   Step([&] { BuildButtons(); });
+  // While the ribbon has the focus, the mark starts on the new view's first button.
+  if (m_hasFocus) {
+    const std::vector<int32_t> rows = CurrentButtons();
+    if (!rows.empty()) m_focusButton = rows.front();
+  }
   Step([&] { UpdateAccessKeys(); });
   Step([&] { Compose(); });
 }
