@@ -480,7 +480,8 @@ void USDatePicker::UserControl_WriteProperties(host::PropertyBag& PropBag) {
   write(u"SelStart", Variant(SelStart()), Variant(int32_t{0}));
   write(u"SelLength", Variant(SelLength()), Variant(int32_t{0}));
   write(u"SelText", Variant(SelText()), Variant(String()));
-  write(u"Text", Variant(Text()), Variant(String()));
+  // A field holding only its mask's template is empty.
+  write(u"Text", Variant(TextLenEx() > 0 ? Text() : String()), Variant(String()));
 }
 
 void USDatePicker::UserControl_Resize() {
@@ -518,6 +519,7 @@ void USDatePicker::UserControl_Terminate() {
   m_runMode = false;
   m_mouseExA.reset();
   m_mouseExB.reset();
+  m_mouseExInner.reset();
   for (auto* child : {static_cast<host::UserControl*>(m_calendar.get()),
                       static_cast<host::UserControl*>(m_txtCombo.get())}) {
     if (child) Step([&] { child->TerminateControl(); });

@@ -248,6 +248,9 @@ class USDatePicker : public controls::CaptionControl {
   std::shared_ptr<USCalendarSmall> m_calendar;
   std::unique_ptr<frame::APIMouseEvents> m_mouseExA;
   std::unique_ptr<frame::APIMouseEvents> m_mouseExB;
+  // The field is two windows, its frame and the inner box: each needs its own tracker, or a
+  // pointer leaving straight from the one not tracked would never be seen to go.
+  std::unique_ptr<frame::APIMouseEvents> m_mouseExInner;
   std::vector<uint64_t> m_connections;
 
   // Persisted.

@@ -148,19 +148,18 @@ void USDatePicker::LeaveControl() {
 // ---- Pointer ----------------------------------------------------------------------------------
 
 void USDatePicker::AttachTrackers() {
-  if (!m_mouseExA && UserControl::hWnd()) {
+  const auto attach = [this](std::unique_ptr<frame::APIMouseEvents>& slot, platform::HWND hwnd) {
+    if (slot || !hwnd) return;
     auto tracker = std::make_unique<frame::APIMouseEvents>();
     tracker->MouseIn.connect([this] { OnTrackerIn(); });
     tracker->MouseOut.connect([this] { OnTrackerOut(); });
-    tracker->Attach(UserControl::hWnd());
-    m_mouseExA = std::move(tracker);
-  }
-  if (!m_mouseExB && m_txtCombo && m_txtCombo->hWndEx()) {
-    auto tracker = std::make_unique<frame::APIMouseEvents>();
-    tracker->MouseIn.connect([this] { OnTrackerIn(); });
-    tracker->MouseOut.connect([this] { OnTrackerOut(); });
-    tracker->Attach(m_txtCombo->hWndEx());
-    m_mouseExB = std::move(tracker);
+    tracker->Attach(hwnd);
+    slot = std::move(tracker);
+  };
+  attach(m_mouseExA, UserControl::hWnd());
+  if (m_txtCombo) {
+    attach(m_mouseExB, m_txtCombo->hWnd());
+    attach(m_mouseExInner, m_txtCombo->hWndEx());
   }
 }
 
@@ -175,7 +174,13 @@ void USDatePicker::OnTrackerOut() {
   // Passing from the surface into the field (or back) is not leaving the control.
   platform::POINT pt{};
   platform::GetCursorPos(&pt);
-  if (OwnsWindow(platform::WindowFromPoint(pt))) return;
+  if (OwnsWindow(platform::WindowFromPoint(pt))) {
+    // Into the field, left of the line: the surface hears no more moves, so the line goes now.
+    platform::POINT client = pt;
+    platform::ScreenToClient(UserControl::hWnd(), &client);
+    Step([&] { OnHoverMove(static_cast<float>(client.x)); });
+    return;
+  }
   if (!m_mouseOver) return;
   m_mouseOver = false;
   if (!IsCalendarOpen()) Step([&] { DrawDatePicker(); });
