@@ -339,6 +339,7 @@ class USComboBox : public host::UserControl {
   void OnListIndexChange();
   void OnListClick();
   void MoveListIndex(int32_t delta);
+  void JumpToInitial(char16_t initial);
   void SetTextFromCode(StringView value, bool selectAll);
   void AutoCompleteFrom(const String& typed);
   void OnMouseEnter();

@@ -40,7 +40,11 @@ void USComboBox::ConnectText() {
   host::TextBox& box = *m_text;
   box.Change.connect([this] { OnTextChange(); });
   box.KeyDown.connect([this](int16_t& k, int16_t& s) { OnTextKeyDown(k, s); });
-  box.KeyPress.connect([this](int16_t& k) { Step([&] { KeyPress(k); }); });
+  box.KeyPress.connect([this](int16_t& k) {
+    Step([&] { KeyPress(k); });
+    // The list style takes no text; a character picks the next item that begins with it.
+    if (m_style == Dropdown_List && k >= 32) Step([&] { JumpToInitial(static_cast<char16_t>(k)); });
+  });
   box.KeyUp.connect([this](int16_t& k, int16_t& s) { Step([&] { KeyUp(k, s); }); });
   box.Click.connect([this] { Step([&] { Click(); }); });
   box.DblClick.connect([this] { Step([&] { DblClick(); }); });
@@ -176,6 +180,17 @@ void USComboBox::MoveListIndex(int32_t delta) {
   // From no item, either direction starts at the first.
   const int32_t next = current < 0 ? 0 : std::clamp(current + delta, 0, count - 1);
   if (next != current) ListIndex(next);
+}
+
+void USComboBox::JumpToInitial(char16_t initial) {
+  const int32_t count = ListCount();
+  if (count == 0) return;
+  const String key(1, initial);
+  // From the item after the current one, round to the start.
+  const int32_t from = ListIndex() + 1;
+  int32_t found = from < count ? m_list->FindFirst(key, from, true) : -1;
+  if (found < 0) found = m_list->FindFirst(key, 0, true);
+  if (found >= 0 && found != ListIndex()) ListIndex(found);
 }
 
 void USComboBox::SetTextFromCode(StringView value, bool selectAll) {

@@ -114,6 +114,21 @@ TEST_F(ComboTest, DropdownListTextFollowsListIndexAndCannotBeTyped) {
   EXPECT_EQ(combo->Text(), u"");
 }
 
+TEST_F(ComboTest, DropdownListInitialPicksTheNextItemWithIt) {
+  Fill({u"Belém", u"Bauru", u"Curitiba", u"Blumenau"});
+  combo->Style(Dropdown_List);
+  Focus();
+  Type(u"b");
+  EXPECT_EQ(combo->ListIndex(), 0);
+  Type(u"B");
+  EXPECT_EQ(combo->ListIndex(), 1);
+  Type(u"b");
+  EXPECT_EQ(combo->ListIndex(), 3);
+  Type(u"b");  // round to the start
+  EXPECT_EQ(combo->ListIndex(), 0);
+  EXPECT_EQ(combo->Text(), u"Belém");
+}
+
 TEST_F(ComboTest, AutoCompleteSelectsTheRestOfTheItem) {
   Fill({u"Salvador", u"Santos", u"São Paulo"});
   Focus();
