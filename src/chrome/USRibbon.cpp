@@ -8,6 +8,7 @@
 #include "controls/USButton.h"
 #include "controls/USImageList.h"
 #include "frame/APIMouseEvents.h"
+#include "frame/APITooltip.h"
 #include "host/Colors.h"
 #include "host/Err.h"
 #include "host/Form.h"
@@ -258,7 +259,10 @@ void USRibbon::AddTabButton(int32_t Index, std::shared_ptr<host::StdPicture> Pic
 }
 
 void USRibbon::RemoveButton() {
-  if (m_hover.kind == RibbonHit::Button) m_hover = {};
+  if (m_hover.kind == RibbonHit::Button) {
+    m_hover = {};
+    m_toolTip.reset();
+  }
   if (m_pressed.kind == RibbonHit::Button) m_pressed = {};
   m_focusButton = -1;
   m_buttons.clear();
@@ -298,6 +302,7 @@ void USRibbon::Clear() {
   RemoveCat();
   RemoveTab();
   if (m_hover.kind == RibbonHit::TabButton) m_hover = {};
+  m_toolTip.reset();
   if (m_pressed.kind == RibbonHit::TabButton) m_pressed = {};
   m_tabButtons.clear();
   UnloadMembers({RibbonArray::TabButon, RibbonArray::TabButonOn, RibbonArray::TabButonOver,
@@ -345,6 +350,7 @@ void USRibbon::ConnectEventSink(const host::EventSink& sink) {
 void USRibbon::UserControl_Initialize() {}
 
 void USRibbon::UserControl_InitProperties() {
+  Step([&] { m_userMode = Ambient().UserMode(); });
   Step([&] { UserControl::Font(Ambient().Font()); });
   m_theme = 2;
   m_tabOffset = 20;
@@ -455,6 +461,7 @@ void USRibbon::UserControl_Terminate() {
   m_userMode = false;
   m_built = false;
   Step([&] { m_mouseEx.reset(); });
+  Step([&] { m_toolTip.reset(); });
   for (auto& b : m_buttons) b.surface.reset();
   for (auto& b : m_tabButtons) b.surface.reset();
   m_pictureArray.clear();

@@ -37,6 +37,7 @@
 
 namespace mx::frame {
 class APIMouseEvents;
+class APITooltip;
 }
 namespace mx::image {
 class API32bppDIB;
@@ -213,6 +214,8 @@ class USRibbon : public controls::CaptionControl {
   [[nodiscard]] RibbonTarget HitTest(int32_t x, int32_t y) const;
   // The height of the band for the current look and ShowTabs, in pixels.
   [[nodiscard]] int32_t BandHeight() const;
+  // The tip of the hovered item; null while the pointer is over an item without one.
+  [[nodiscard]] const frame::APITooltip* ToolTip() const { return m_toolTip.get(); }
   // How many times the band has been composed on the surface.
   [[nodiscard]] int32_t ComposeCount() const { return m_composeCount; }
 
@@ -296,6 +299,7 @@ class USRibbon : public controls::CaptionControl {
   void SetHoverCategory(int32_t catRow);
   void ShowPressed(RibbonTarget target, bool on);
   void ApplyPointer(RibbonTarget target);
+  void UpdateToolTip(RibbonTarget target);
   void RunClick(RibbonTarget target);
   [[nodiscard]] bool ButtonRowEnabled(int32_t row) const;
   void PointerMoved(int32_t x, int32_t y);
@@ -347,6 +351,7 @@ class USRibbon : public controls::CaptionControl {
   int32_t m_composeCount = 0;
   platform::POINT m_lastPointer{-1, -1};
   std::unique_ptr<frame::APIMouseEvents> m_mouseEx;
+  std::unique_ptr<frame::APITooltip> m_toolTip;
 };
 
 }  // namespace mx::chrome

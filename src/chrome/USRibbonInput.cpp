@@ -9,6 +9,7 @@
 #include "chrome/USRibbon.h"
 #include "controls/ControlSupport.h"
 #include "controls/HandCursor.h"
+#include "frame/APITooltip.h"
 #include "host/Form.h"
 #include "host/Screen.h"
 #include "platform/Messages.h"
@@ -83,6 +84,28 @@ void USRibbon::SetHover(RibbonTarget target) {
   m_hover = target;
   ShowHover(target, true);
   ApplyPointer(target);
+  UpdateToolTip(target);
+}
+
+void USRibbon::UpdateToolTip(RibbonTarget target) {
+  if (!m_userMode) return;
+  String tip;
+  if (target.kind == RibbonHit::Button && target.row >= 0 && target.row < ButtonCount())
+    tip = m_buttons[static_cast<size_t>(target.row)].toolTip;
+  else if (target.kind == RibbonHit::TabButton && target.row >= 0 && target.row < TabButtonCount())
+    tip = m_tabButtons[static_cast<size_t>(target.row)].toolTip;
+  if (tip.empty()) {
+    Step([&] { m_toolTip.reset(); });
+    return;
+  }
+  // A new tip for each item, so that its delay starts again from the item's entry.
+  Step([&] {
+    if (!m_toolTip) m_toolTip = std::make_unique<frame::APITooltip>();
+    m_toolTip->Destroy();
+    m_toolTip->Style(frame::ToolTip_Standard);
+    m_toolTip->TipText(tip);
+    m_toolTip->Create(UserControl::hWnd());
+  });
 }
 
 void USRibbon::SetHoverCategory(int32_t catRow) {

@@ -13,6 +13,7 @@
 #include "chrome/USRibbon.h"
 #include "controls/ControlSupport.h"
 #include "controls/USImageList.h"
+#include "frame/APITooltip.h"
 #include "frame/Drawing.h"
 #include "host/Form.h"
 #include "host/Screen.h"
@@ -236,6 +237,13 @@ void USRibbon::BuildBand() {
   Place(Member(A::BarraLeft, 0), 0, 0, bandTop, kSlice, h, true);
   Place(Member(A::BarraCenter, 0), 0, kSlice, bandTop, std::max(0, rc.right - 2 * kSlice), h, true);
   Place(Member(A::BarraRight, 0), 0, std::max(kSlice, rc.right - kSlice), bandTop, kSlice, h, true);
+  if (!m_userMode) {
+    // At design time the band shows empty: the arrays keep only their templates.
+    for (int32_t a = static_cast<int32_t>(A::Tab_left_over); a < static_cast<int32_t>(A::Count); ++a)
+      Array(static_cast<A>(a)).resize(1);
+    Step([&] { Compose(); });
+    return;
+  }
   Step([&] { BuildTabs(); });
   Step([&] { BuildTabButtons(); });
   // The first tab is current until another is chosen.
@@ -305,6 +313,7 @@ void USRibbon::SelectTab(int32_t index, bool force) {
   m_hover = {};
   m_hoverCat = -1;
   m_pressed = {};
+  m_toolTip.reset();
   m_focusButton = -1;
   for (size_t i = 0; i < m_tabs.size(); ++i) {
     const auto row = static_cast<int32_t>(i);

@@ -7,6 +7,7 @@
 
 #include "USRibbonTestSupport.h"
 #include "controls/Registration.h"
+#include "frame/APITooltip.h"
 #include "platform/HandleTable.h"
 #include "platform/Input.h"
 #include "platform/Messages.h"
@@ -70,6 +71,24 @@ TEST_F(RibbonTest, HoverLightsTheItemAndItsCategoryAndMovesWithThePointer) {
   EXPECT_EQ(r->HoverTarget().kind, RibbonHit::None);
   EXPECT_EQ(r->HoverCategory(), -1);
   EXPECT_FALSE(r->Element(A::TabButonOn, 1).Visible);
+}
+
+TEST_F(RibbonTest, HoveredItemsShowTheirCleanedToolTip) {
+  auto r = MakeFilled();
+  MoveOver(*r, A::ButMouse, 3);
+  ASSERT_NE(r->ToolTip(), nullptr);
+  EXPECT_EQ(r->ToolTip()->TipText(), u"Localizar texto");
+  EXPECT_NE(r->ToolTip()->hWnd(), 0u);
+  MoveOver(*r, A::ButMouse, 0);
+  EXPECT_EQ(r->ToolTip()->TipText(), u"Colar");
+  MoveOver(*r, A::ButTabMouse, 0);
+  EXPECT_EQ(r->ToolTip()->TipText(), u"Ajuda");
+  // The second tab button was given no text: no tip over it, nor over a tab.
+  MoveOver(*r, A::ButTabMouse, 1);
+  EXPECT_EQ(r->ToolTip(), nullptr);
+  MoveOver(*r, A::ButMouse, 0);
+  MoveOver(*r, A::TabMouse, 2);
+  EXPECT_EQ(r->ToolTip(), nullptr);
 }
 
 TEST_F(RibbonTest, MovesInsideOneItemComposeNothing) {

@@ -394,6 +394,30 @@ TEST_F(RibbonTest, PicturesComeFromThePictureThenTheImageListThenABoundArray) {
   EXPECT_EQ(r->Element(A::Button_Icon, 0).Width, 32);
 }
 
+TEST_F(RibbonTest, AtDesignTimeOnlyTheEmptyBandIsShown) {
+  auto form = std::make_shared<host::Form>(u"frmDesign", host::FormMode::Design);
+  form->Move(0, Variant(0.0f), Variant(400 * 15.0f), Variant(200 * 15.0f));
+  m_forms.push_back(form);
+  form->Show();
+  auto control = form->AddControl(u"Morvantix.USRibbon", u"USRibbon1");
+  auto r = std::dynamic_pointer_cast<USRibbon>(control);
+  ASSERT_NE(r, nullptr);
+  // A new ribbon takes the top of its form at the band's height.
+  EXPECT_EQ(r->Left(), 0);
+  EXPECT_EQ(r->Top(), 0);
+  platform::RECT client{};
+  platform::GetClientRect(form->hWnd(), &client);
+  EXPECT_EQ(r->Width(), client.right * 15.0f);
+  EXPECT_EQ(r->Height(), r->BandHeight() * 15.0f);
+  FillStandard(*r);
+  r->Refresh();
+  EXPECT_EQ(r->TabCount(), 3);
+  EXPECT_EQ(r->Elements(A::TabMouse).size(), 1u);
+  EXPECT_EQ(r->Elements(A::ButMouse).size(), 1u);
+  EXPECT_TRUE(r->Element(A::BarraCenter, 0).Visible);
+  EXPECT_EQ(r->HitTest(30, 10).kind, RibbonHit::None);
+}
+
 TEST_F(RibbonTest, LateBindingAndTheRegistry) {
   auto made = host::CreateControl(u"Morvantix.USRibbon");
   ASSERT_TRUE(std::dynamic_pointer_cast<USRibbon>(made));
