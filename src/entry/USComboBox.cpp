@@ -598,6 +598,11 @@ void USComboBox::UserControl_Show() {
   Step([&] { DrawCombo(-1, true); });
 }
 
+void USComboBox::UserControl_Hide() {
+  // A hidden combo (a grid putting its editor away) takes its list with it.
+  Step([&] { HideList(); });
+}
+
 void USComboBox::UserControl_GotFocus() {
   // The control's window only passes the focus on: typing happens in txtCombo.
   Step([&] {

@@ -310,6 +310,7 @@ class USComboBox : public host::UserControl {
   void UserControl_WriteProperties(host::PropertyBag& PropBag) override;
   void UserControl_Resize() override;
   void UserControl_Show() override;
+  void UserControl_Hide() override;
   void UserControl_GotFocus() override;
   void UserControl_ExitFocus() override;
   void UserControl_KeyDown(int16_t& KeyCode, int16_t& Shift) override;

@@ -249,6 +249,19 @@ TEST_F(ComboTest, FocusLeavingClosesThroughTRelease) {
   EXPECT_EQ(platform::ActiveTimerCount(), 1) << "only the other box's caret timer is left";
 }
 
+TEST_F(ComboTest, HidingOrDisablingTheControlClosesItsList) {
+  Fill({u"Aracaju", u"Belém"});
+  combo->ShowList();
+  combo->Visible(false);
+  EXPECT_FALSE(combo->IsListVisible());
+  combo->Visible(true);
+  combo->ShowList();
+  combo->Enabled(false);
+  EXPECT_FALSE(combo->IsListVisible());
+  combo->ShowList();  // a disabled combo does not open
+  EXPECT_FALSE(combo->IsListVisible());
+}
+
 TEST_F(ComboTest, ClickElsewhereClosesWhileFocusStays) {
   Fill({u"Aracaju", u"Belém"});
   Focus();
