@@ -465,7 +465,8 @@ bool CookInput(InputEvent& ev) {
     // enough, is a double click when the class asks for them (the frame always does).
     const auto& lc = st.lastClick;
     const int halfW = GetSystemMetrics(SM_CXDOUBLECLK) / 2, halfH = GetSystemMetrics(SM_CYDOUBLECLK) / 2;
-    const bool again = lc.message == clientMsg && lc.hwnd == target && lc.nonClient == nonClient &&
+    const bool again = lc.message == clientMsg && lc.button == ev.button && lc.hwnd == target &&
+                       lc.nonClient == nonClient &&
                        ev.time - lc.time <= st.doubleClickTime && std::abs(ev.pt.x - lc.pt.x) <= halfW &&
                        std::abs(ev.pt.y - lc.pt.y) <= halfH;
     Wnd* w = Get(target);
@@ -473,7 +474,7 @@ bool CookInput(InputEvent& ev) {
       clientMsg = info.down + 2;
       st.lastClick = {};
     } else {
-      st.lastClick = {clientMsg, target, ev.time, ev.pt, nonClient};
+      st.lastClick = {clientMsg, ev.button, target, ev.time, ev.pt, nonClient};
     }
 
     // A press in an inactive top-level window asks the window whether to activate and whether

@@ -58,13 +58,17 @@ bool PeekCore(MSG* out, HWND filter, UINT minMsg, UINT maxMsg, UINT flags) {
   if (Backend* b = ActiveBackend()) b->PollEvents();
   CheckHover();
 
-  for (auto it = st.posted.begin(); it != st.posted.end(); ++it) {
-    if (MatchesWindow(it->hwnd, filter) && InRange(it->message, minMsg, maxMsg)) {
-      *out = *it;
-      if (remove) st.posted.erase(it);
-      return true;
+  auto takePosted = [&] {
+    for (auto it = st.posted.begin(); it != st.posted.end(); ++it) {
+      if (MatchesWindow(it->hwnd, filter) && InRange(it->message, minMsg, maxMsg)) {
+        *out = *it;
+        if (remove) st.posted.erase(it);
+        return true;
+      }
     }
-  }
+    return false;
+  };
+  if (takePosted()) return true;
 
   // Input, in order. Cooking sends messages (hit tests, cursor, activation) that may add,
   // take or reorder events, so each event is looked up again by its serial afterwards.
@@ -76,7 +80,10 @@ bool PeekCore(MSG* out, HWND filter, UINT minMsg, UINT maxMsg, UINT flags) {
       InputEvent* ev = FindInput(serial);
       if (!ev) continue;
       if (!keep) {
+        // Cooking may post (a leave for the window the pointer left for the bare desktop):
+        // that comes before the rest of the input.
         EraseInput(serial);
+        if (takePosted()) return true;
         continue;
       }
       *ev = copy;

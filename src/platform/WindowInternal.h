@@ -193,6 +193,7 @@ struct UserState {
   MouseTracking tracking;
   struct {
     UINT message = 0;
+    int button = 0;  // the virtual key: the two side buttons share their messages
     HWND hwnd = 0;
     DWORD time = 0;
     POINT pt{};

@@ -116,6 +116,12 @@ TEST_F(InputTest, MouseLeaveWhenThePointerGoesElsewhere) {
   track(m_kid);
   Move(250, 50);
   EXPECT_EQ(Take(), (Log{"kid:MOUSELEAVE"}));
+  // Onto the bare desktop, where no window of ours is.
+  Move(260, 50);
+  track(m_right);
+  Move(150, 400);
+  EXPECT_EQ(Take(), (Log{"right:MOUSELEAVE"}));
+  Move(250, 50);
   // Asking while the pointer is elsewhere gets the leave at once.
   track(m_left);
   PumpMessages();
@@ -201,6 +207,15 @@ TEST_F(InputTest, DoubleClicksNeedTheClassStyleTimeAndPlace) {
   click(MouseButton::Right);
   click();
   EXPECT_EQ(Take(), (Log{"left:RBUTTONDOWN", "left:LBUTTONDOWN"}));  // another button between
+
+  // The two side buttons share their messages: one of each is two presses, not a double click.
+  Only({WM_XBUTTONDOWN, WM_XBUTTONDBLCLK});
+  AdvanceVirtualClock(1000);
+  click(MouseButton::X1);
+  click(MouseButton::X2);
+  click(MouseButton::X2);
+  EXPECT_EQ(Take(), (Log{"left:XBUTTONDOWN", "left:XBUTTONDOWN", "left:XBUTTONDBLCLK"}));
+  Only({WM_LBUTTONDOWN, WM_LBUTTONDBLCLK, WM_RBUTTONDOWN});
 
   // Without CS_DBLCLKS two quick clicks are two downs.
   RegisterWindowClass(u"Plain", [this](HWND h, UINT m, WPARAM w, LPARAM l) { return Proc(h, m, w, l); });
