@@ -381,6 +381,7 @@ class USListBox : public host::UserControl {
   bool m_editing = false;
   bool m_mouseMoveDisabled = false;
   bool m_inBarChange = false;
+  bool m_inLayout = false;
   bool m_afterDoubleClick = false;
   int32_t m_listIndex = -1;
   // In Single mode the one item whose selected flag is set (-1: none), so that moving the

@@ -194,7 +194,8 @@ void USListBox::ApplyItemHeightAuto() {
 }
 
 void USListBox::LayoutChildren() {
-  if (!m_pic) return;
+  if (!m_pic || m_inLayout) return;
+  m_inLayout = true;
   const bool barShown = m_bar && m_scrollBarWidth > 0 && m_count > VisibleRows();
   const int32_t barWidth = barShown ? std::min(m_scrollBarWidth, m_clientWidth) : 0;
   const int32_t picWidth = std::max(0, m_clientWidth - barWidth);
@@ -212,23 +213,29 @@ void USListBox::LayoutChildren() {
     }
   }
   UpdateBar();
+  m_inLayout = false;
 }
 
 void USListBox::UpdateBar() {
   m_topIndex = std::clamp(m_topIndex, 0, MaxTopIndex());
-  if (!m_bar) return;
+  // While painting is off (a fill) the bar waits: Redraw True lays everything out again.
+  if (!m_bar || !m_redraw) return;
   const bool needed = m_scrollBarWidth > 0 && m_count > VisibleRows();
-  const bool shown = IsWindowVisible(m_bar->hWnd()) || (GetWindowLongPtr(m_bar->hWnd(), GWL_STYLE) & WS_VISIBLE);
+  const bool shown = (GetWindowLongPtr(m_bar->hWnd(), GWL_STYLE) & WS_VISIBLE) != 0;
+  const int32_t max = MaxTopIndex();
+  const int32_t page = std::max(1, VisibleRows());
+  const bool enabled = UserControl::Enabled() && needed;
   m_inBarChange = true;
+  // Each setter repaints the bar: only what differs is set.
   Step([&] {
-    m_bar->Max(MaxTopIndex());
-    m_bar->LargeChange(std::max(1, VisibleRows()));
+    if (m_bar->Max() != max) m_bar->Max(max);
+    if (m_bar->LargeChange() != page) m_bar->LargeChange(page);
     if (m_bar->Value() != m_topIndex) m_bar->Value(m_topIndex);
-    m_bar->Enabled(UserControl::Enabled() && needed);
+    if (m_bar->Enabled() != enabled) m_bar->Enabled(enabled);
   });
   m_inBarChange = false;
   // The bar comes and goes with the need for it, and PicLST takes its room.
-  if (needed != shown) LayoutChildren();
+  if (needed != shown && !m_inLayout) LayoutChildren();
 }
 
 // ---- Surface ------------------------------------------------------------------------------------
