@@ -70,6 +70,80 @@ Begin VB.Form frmDates
       ShowLastMonthDays=   0   'False
       ShowNextMonthDays=   0   'False
    End
+   Begin Morvantix.USDatePicker dtpDate 
+      Height          =   315
+      Left            =   7260
+      TabIndex        =   5
+      Top             =   3630
+      Width           =   2400
+      _ExtentX        =   4233
+      _ExtentY        =   556
+      Text            =   "15/01/2024"
+   End
+   Begin Morvantix.USDatePicker dtpIso 
+      Height          =   315
+      Left            =   7260
+      TabIndex        =   6
+      Top             =   4110
+      Width           =   2400
+      _ExtentX        =   4233
+      _ExtentY        =   556
+      Theme           =   3
+      FormatDate      =   25
+      BackColorOnShowCalendar=   &H00CDFF8C&
+      BorderColor     =   &H00B9EC78&
+      BorderColorOver =   &H009FD478&
+      Text            =   "2024-02-29"
+   End
+   Begin Morvantix.USDatePicker dtpList 
+      Height          =   315
+      Left            =   7260
+      TabIndex        =   7
+      Top             =   4590
+      Width           =   2400
+      _ExtentX        =   4233
+      _ExtentY        =   556
+      Theme           =   4
+      BackColorOnShowCalendar=   &H00DCDCFF&
+      Style           =   1
+      GradientColor2  =   &H00D8D8F4&
+      BorderColor     =   &H00C8C8FF&
+      BorderColorOver =   &H00A6A6FF&
+      Text            =   "31/12/2023"
+   End
+   Begin Morvantix.USDatePicker dtpUS 
+      Height          =   315
+      Left            =   7260
+      TabIndex        =   8
+      Top             =   5070
+      Width           =   2400
+      _ExtentX        =   4233
+      _ExtentY        =   556
+      Theme           =   0
+      FormatDate      =   2
+      ShowCorner      =   -1  'True
+      AutoOpenOnChange=   -1  'True
+      Text            =   "01/31/2024"
+      BorderColor     =   &H00E2A981&
+      BorderColorOver =   &H00BBF2FF&
+      BackColorOnShowCalendar=   &H00FFFFFF&
+   End
+   Begin Morvantix.USDatePicker dtpOff 
+      Height          =   315
+      Left            =   7260
+      TabIndex        =   9
+      Top             =   5550
+      Width           =   2400
+      _ExtentX        =   4233
+      _ExtentY        =   556
+      Theme           =   6
+      Enabled         =   0   'False
+      BackColorDisabled=   &H00F0F0F0&
+      Text            =   "01/05/2024"
+      BackColorOnShowCalendar=   &H00D1CBC4&
+      BorderColor     =   &H00BDB7B0&
+      BorderColorOver =   &H00A4A099&
+   End
 End
 Attribute VB_Name = "frmDates"
 Attribute VB_GlobalNameSpace = False

@@ -9,6 +9,7 @@
 #include "host/Format.h"
 #include "controls/USButton.h"
 #include "platform/Desktop.h"
+#include "platform/Gdi.h"
 #include "utility/DateFormats.h"
 
 namespace mx::dates::testing {
@@ -448,6 +449,74 @@ TEST_F(Picker, TheBagKeepsEveryPropertyAndWritesNoDefaults) {
   EXPECT_EQ(copy->Text(), u"2024/02/29");
   EXPECT_EQ(copy->TextField().Mask(), u"####/##/##");
   form->RemoveControl(u"dtpCopy");
+}
+
+TEST_F(Picker, APressOnAnotherControlClosesThroughTheFocus) {
+  FocusPicker();
+  picker->ShowCalendar();
+  Take();
+  // Within the grace the timer would not close it; the focus leaving does, at once.
+  platform::RECT o{};
+  platform::GetWindowRect(other->hWnd(), &o);
+  Press(platform::POINT{o.left + 20, o.top + 10});
+  EXPECT_FALSE(picker->IsCalendarOpen());
+  EXPECT_FALSE(picker->HasFocus());
+  EXPECT_EQ(Take(), (Lines{"Click"}));
+  Wait(300);
+  EXPECT_FALSE(picker->IsReleaseTimerRunning());
+}
+
+TEST_F(Picker, ListStyleTakesTheKeysInItsOwnWindow) {
+  picker->Style(Dropdown_List);
+  picker->Text(u"31/03/2024");
+  picker->ShowCalendar();
+  picker->ShowCalendar();
+  FocusPicker();
+  Key(platform::VK_DOWN);
+  EXPECT_EQ(picker->Text(), u"01/04/2024");
+  Key(platform::VK_F4);
+  EXPECT_TRUE(picker->IsCalendarOpen());
+  Key(platform::VK_ESCAPE);
+  EXPECT_FALSE(picker->IsCalendarOpen());
+  EXPECT_EQ(platform::GetFocus(), picker->hWnd());
+}
+
+TEST_F(Picker, UnloadingWithTheCalendarOpenLeavesNoWindowBehind) {
+  picker->ShowCalendar();
+  ASSERT_TRUE(picker->IsCalendarOpen());
+  picker.reset();
+  other.reset();
+  form->Unload();
+  form.reset();
+  platform::PumpMessages();
+  Wait(300);
+  // The fixture's tear-down counts the windows.
+}
+
+TEST_F(Picker, ShowCornerRoundsTheRightCornersUntilTheNextPaint) {
+  picker->ShowCorner(true);
+  picker->HideControl();
+  picker->ShowControl();
+  platform::PumpMessages();
+  const platform::HRGN rgn = platform::CreateRectRgn(0, 0, 0, 0);
+  ASSERT_NE(platform::GetWindowRgn(picker->hWnd(), rgn), 0);
+  EXPECT_FALSE(platform::PtInRegion(rgn, 119, 0)) << "top right corner cut";
+  EXPECT_FALSE(platform::PtInRegion(rgn, 119, 20));
+  EXPECT_TRUE(platform::PtInRegion(rgn, 0, 0)) << "left half square";
+  EXPECT_TRUE(platform::PtInRegion(rgn, 0, 20));
+  // The next paint puts the plain rectangle back.
+  picker->BackColor(0xEEEEEE);
+  ASSERT_NE(platform::GetWindowRgn(picker->hWnd(), rgn), 0);
+  EXPECT_TRUE(platform::PtInRegion(rgn, 119, 0));
+  platform::DeleteObject(rgn);
+}
+
+TEST_F(Picker, TheSurfaceKeepsItsMinimumSize) {
+  picker->Move(150, 150, 90, 60);
+  platform::PumpMessages();
+  EXPECT_EQ(picker->ScaleWidth(), 18.0F);
+  EXPECT_EQ(picker->ScaleHeight(), 18.0F);
+  EXPECT_EQ(picker->LineX(), 1);
 }
 
 TEST_F(Picker, LateBoundMembers) {

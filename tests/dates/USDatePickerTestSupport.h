@@ -41,7 +41,7 @@ class DatePickerTest : public ::testing::Test {
     picker->Move(150, 150, 1800, 315);  // 120 x 21 pixels at (10, 10)
     picker->Control::Visible(true);
     other = std::dynamic_pointer_cast<entry::USTextBoxEx>(form->AddControl(u"Morvantix.USTextBoxEx", u"txtOther"));
-    other->Move(150, 3000, 1800, 375);
+    other->Move(3600, 150, 1800, 375);  // right of where the calendar drops
     other->Control::Visible(true);
     form->Show();
     platform::PumpMessages();
