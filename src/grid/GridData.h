@@ -234,6 +234,55 @@ class GridData {
   [[nodiscard]] int32_t GetIndexFromData(int32_t xDataToFind, bool DefaultAsNullResult = false) const;
   [[nodiscard]] int32_t GetIndexFromCellData(int32_t xDataToFind, int32_t xCol, bool DefaultAsNullResult = false) const;
 
+  // ---- sort, search and columns ----
+  // Sorts the rows on a display column, with an optional second column for runs of equal texts.
+  // Types are GRID_SORT_TYPE; -1 for the first cycles none, ascending, descending; -1 for the
+  // second takes the first's. Only rowOrder moves: rows keep their flags, checks and data.
+  void Sort(int32_t vCol1 = -1, int32_t vCol1SortType = -1, int32_t vCol2 = -1, int32_t vCol2SortType = -1);
+  // The header click's sort step on a display column: with shift (and a primary sort in place) the
+  // column becomes the secondary sort and takes its next state; a click on the primary column
+  // cycles it; any other click makes the column the primary one. The mouse-up on a pressed header
+  // cell calls this when AllowColumnSort is on, before raising ColumnClick.
+  void SortByHeaderClick(int32_t displayCol, bool shift);
+  // With PreserveSortedColumns, sorts again on the stored columns and states (EndFill, RedrawEx);
+  // without it, forgets them.
+  void ReapplySortedColumns();
+  // The stored state of a display column: 0 none, 2 ascending, 1 descending.
+  [[nodiscard]] int16_t ColSortState(int32_t xCol) const;
+  // The display row of the first match at or after StartingRow (hidden rows included), or -1.
+  [[nodiscard]] int32_t FindItem(host::StringView SearchText, int32_t SearchColumn = -1,
+                                 int32_t SearchMode = Search_Equal, bool MatchCase = false,
+                                 int32_t StartingRow = 0);
+  // Shows the rows from StartingRow on that match and hides the others; rows above StartingRow
+  // are left as they are.
+  void FilterOn(host::StringView FilterText, int32_t SearchColumn, int32_t SearchMode = Search_Equal,
+                bool MatchCase = false, int32_t StartingRow = 0);
+  // FilterOn that always compares in upper case.
+  void FilterOnEx(host::StringView FilterText, int32_t SearchColumn, int32_t SearchMode = Search_Equal,
+                  int32_t StartingRow = 0);
+  void FilterOff(int32_t StartingRow = 0);
+  // Puts every column back in its storage position.
+  void RestoreColumnOrder();
+  // Column files: one "display<TAB>value" line per column, Latin text. Failures never raise: the
+  // host's description goes to xError and the result is False.
+  bool SaveColumnOrderToFile(host::StringView xFile, host::String& xError);
+  // A file that does not hold a whole, valid order is refused and leaves the order as it was.
+  bool LoadColumnOrderFromFile(host::StringView xFile, host::String& xError);
+  bool SaveColumnWidthsToFile(host::StringView xFile, host::String& xError);
+  // Widths apply line by line; a malformed line ends the load there.
+  bool LoadColumnWidthsFromFile(host::StringView xFile, host::String& xError);
+  // Kept as members that do nothing: the grid keeps no settings in a registry.
+  void SaveColumnOrderToRegistry(host::StringView /*UniqueGridName*/, host::String& /*ErrDescription*/) {}
+  void LoadColumnOrderFromRegistry(host::StringView /*UniqueGridName*/, host::String& /*ErrDescription*/) {}
+  void SaveColumnWidthsToRegistry(host::StringView /*UniqueGridName*/, host::String& /*ErrDescription*/) {}
+  void LoadColumnWidthsFromRegistry(host::StringView /*UniqueGridName*/, host::String& /*ErrDescription*/) {}
+  // Raised at the end of every Sort.
+  host::Event<> SortComplete;
+  // Declared for handlers written against it (Ascending, Col, Value1, Value2, Swap); Sort never
+  // raises it, so a TypeCustom column sorts as text.
+  host::Event<bool, int32_t, host::String, host::String, bool&> CustomSort;
+  // ---- end of sort, search and columns ----
+
   // ---- bulk format over display ranges (-1 ends at the last) ----
   void FormatCells(int32_t RowFrom = 0, int32_t RowTo = -1, int32_t ColFrom = 0, int32_t ColTo = -1,
                    int32_t Mode = Format_Image, const host::Variant& xValue = host::Variant(host::String()),
@@ -358,6 +407,15 @@ class GridData {
   // Text height of "ABCDWXYZ" in a font, in pixels.
   [[nodiscard]] virtual int32_t FontTextHeight(const host::StdFont& font) const;
 
+  // ---- sort, search and columns: hooks ----
+  // Close an open editor before sorting (UpdateCell); False when the editor refuses.
+  [[nodiscard]] virtual bool OnSortCloseEditor() { return true; }
+  // Make a display row current (-1: none) after a sort or filter and bring it into view.
+  virtual void OnSetCurrentRow(int32_t displayRow) { m_row = displayRow; }
+  // Recalculate and repaint after a column operation.
+  virtual void OnColumnsRefresh() { RepaintIfRedraw(); }
+  // ---- end of sort, search and columns: hooks ----
+
   // Stores done by the generated setters: mark changed and repaint.
   void PropertySet(host::StringView key);
   void RepaintIfRedraw() {
@@ -387,6 +445,11 @@ class GridData {
   [[nodiscard]] int32_t PixelsFromScaled(float scaled) const;
   [[nodiscard]] bool ValidCol(int32_t xCol) const { return xCol >= 0 && xCol < Cols(); }
   void SetAllRowFlags(int16_t bit, bool on, bool onlyVisible, bool onlySelected, bool invert);
+  // ---- sort, search and columns: internals ----
+  void SortStorage(int32_t col1, int32_t type1, int32_t col2, int32_t type2, bool col2Given);
+  void SortRange(int32_t first, int32_t last, int32_t storageCol, int16_t state);
+  void ApplyFilter(host::StringView text, int32_t searchColumn, int32_t mode, bool matchCase, int32_t startingRow);
+  [[nodiscard]] int32_t DisplayColOf(int32_t storageCol) const;
 
   // Tables.
   std::vector<GridColumn> m_columns;

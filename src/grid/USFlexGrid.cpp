@@ -37,6 +37,7 @@ void USFlexGrid::Enabled(bool xValue) {
 void USFlexGrid::ConnectEventSink(const host::EventSink& sink) {
   host::BindEventSinks(sink, u"RequestRowData", RequestRowData, u"Scroll", Scroll, u"AfterDelete", AfterDelete,
                        u"RowCountChanged", RowCountChanged, u"SelectionChanged", SelectionChanged);
+  host::BindEventSinks(sink, u"SortComplete", SortComplete, u"CustomSort", CustomSort);
 }
 
 // ---- lifecycle ---------------------------------------------------------------------------------

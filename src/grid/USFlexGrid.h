@@ -104,6 +104,20 @@ class USFlexGrid : public host::UserControl, public GridData {
   // The last navigation key, for the keep-the-current-row-in-view rule of word-wrapped grids.
   void SetLastKeyCode(int16_t keyCode) { m_lastKeyCode = keyCode; }
 
+  // ---- sort, search and columns ----
+  // Sizes a display column to its widest text (-1: every column), then refreshes.
+  void SetColumnWidthAutoSize(int32_t xCol);
+  // One column: a boolean column takes 480 host units; progress-bar and button columns keep
+  // theirs; others take the widest of the heading, the formatted texts (with their images) and
+  // the total, plus 10 pixels.
+  void AutoSizeColumn(int32_t xCol);
+  // Gives a display column the width left by the other visible columns, the gutter and xOffset.
+  // The result is not checked: a narrow control gives a negative width, painted as nothing.
+  void StretchCol(int32_t xColumn, int32_t xOffset);
+  // Scales the visible columns to fill the client width (at least two columns).
+  void ColumnsForceFit();
+  // ---- end of sort, search and columns ----
+
   // Raised with -1 when no row is in view, else with the last row painted when not all rows
   // were in view.
   host::Event<int32_t> RequestRowData;
@@ -128,6 +142,14 @@ class USFlexGrid : public host::UserControl, public GridData {
   void OnRepaint() override;
   void OnMetricsChanged() override;
   void OnRedrawAt(int32_t firstRow) override;
+  // ---- sort, search and columns: the model's hooks ----
+  void OnReapplySort() override { ReapplySortedColumns(); }
+  void OnAutoSizeColumn(int32_t displayCol) override { AutoSizeColumn(displayCol); }
+  void OnStretchCol(int32_t displayCol, int32_t offset) override { StretchCol(displayCol, offset); }
+  void OnColumnsForceFit() override { ColumnsForceFit(); }
+  void OnSetCurrentRow(int32_t displayRow) override;
+  void OnColumnsRefresh() override;
+  // ---- end of sort, search and columns: the model's hooks ----
 
  private:
   struct PaintContext;
