@@ -426,6 +426,11 @@ Variant USAnimatedImage::Invoke(StringView name, host::CallKind kind, std::span<
       if (a.empty()) host::Raise(450, u"USAnimatedImage");
       return Variant(c.FrameDelay(a[0].ToLong()));
     });
+    t.Method(u"LoadFromArray", [](P& c, std::span<Variant> a) {
+      if (a.empty()) host::Raise(450, u"USAnimatedImage");
+      const host::ByteArray bytes = a[0].ToBytes();
+      return Variant(c.LoadFromArray(bytes));
+    });
     t.Method(u"Play", [](P& c, std::span<Variant>) { c.Play(); return Variant(); });
     t.Method(u"Pause", [](P& c, std::span<Variant>) { c.Pause(); return Variant(); });
     t.Method(u"Stop", [](P& c, std::span<Variant>) { c.Stop(); return Variant(); });

@@ -409,27 +409,37 @@ Variant USStatusBar::Invoke(host::StringView name, host::CallKind kind, std::spa
     });
     t.Method(u"ClearPanels", [](P& c, std::span<Variant>) { c.ClearPanels(); return Variant(); });
     t.Property(u"PanelCount", [](P& c) { return Variant(c.PanelCount()); });
-    // PanelText(i) reads; PanelText(i) = v writes (the value comes last).
-    t.Method(u"PanelText", [](P& c, std::span<Variant> a) {
-      if (a.empty()) host::Raise(450, u"USStatusBar");
-      if (a.size() >= 2) {
-        c.PanelText(a[0].ToLong(), a[1].ToString());
-        return Variant();
-      }
-      return Variant(c.PanelText(a[0].ToLong()));
-    });
-    // PanelPicture(i) reads; PanelPicture(i) = picture (or Nothing) writes.
-    t.Method(u"PanelPicture", [](P& c, std::span<Variant> a) {
-      if (a.empty()) host::Raise(450, u"USStatusBar");
-      if (a.size() >= 2) {
-        auto picture = std::dynamic_pointer_cast<host::StdPicture>(a[1].ToObject());
-        if (!picture && !a[1].IsNothing()) host::Raise(13, u"USStatusBar");
-        c.PanelPicture(a[0].ToLong(), std::move(picture));
-        return Variant();
-      }
-      auto picture = c.PanelPicture(a[0].ToLong());
-      return picture ? Variant(picture) : Variant::Nothing();
-    });
+    // The panel properties take the panel's index: Name(i) reads, Name(i) = v writes (the value
+    // comes last).
+    const auto indexed = [&t](host::StringView name, auto get, auto let) {
+      t.Method(name, [get, let](P& c, std::span<Variant> a) {
+        if (a.empty()) host::Raise(450, u"USStatusBar");
+        if (a.size() >= 2) {
+          let(c, a[0].ToLong(), a[1]);
+          return Variant();
+        }
+        return get(c, a[0].ToLong());
+      });
+    };
+    indexed(u"PanelText", [](P& c, int32_t i) { return Variant(c.PanelText(i)); },
+            [](P& c, int32_t i, const Variant& v) { c.PanelText(i, v.ToString()); });
+    indexed(u"PanelWidth", [](P& c, int32_t i) { return Variant(c.PanelWidth(i)); },
+            [](P& c, int32_t i, const Variant& v) { c.PanelWidth(i, v.ToLong()); });
+    indexed(u"PanelAlignment", [](P& c, int32_t i) { return Variant(c.PanelAlignment(i)); },
+            [](P& c, int32_t i, const Variant& v) { c.PanelAlignment(i, v.ToLong()); });
+    indexed(u"PanelAutoSize", [](P& c, int32_t i) { return Variant(c.PanelAutoSize(i)); },
+            [](P& c, int32_t i, const Variant& v) { c.PanelAutoSize(i, v.ToBoolean()); });
+    indexed(
+        u"PanelPicture",
+        [](P& c, int32_t i) {
+          auto picture = c.PanelPicture(i);
+          return picture ? Variant(picture) : Variant::Nothing();
+        },
+        [](P& c, int32_t i, const Variant& v) {
+          auto picture = std::dynamic_pointer_cast<host::StdPicture>(v.ToObject());
+          if (!picture && !v.IsNothing()) host::Raise(13, u"USStatusBar");
+          c.PanelPicture(i, std::move(picture));
+        });
     t.Property(u"Theme", [](P& c) { return Variant(c.Theme()); }, [](P& c, const Variant& v) { c.Theme(v.ToLong()); });
     t.Property(u"ShowSizeGrip", [](P& c) { return Variant(c.ShowSizeGrip()); },
                [](P& c, const Variant& v) { c.ShowSizeGrip(v.ToBoolean()); });

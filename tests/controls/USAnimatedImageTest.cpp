@@ -276,6 +276,11 @@ TEST_F(AnimatedTest, LoadsFromBytesAtOnceAndClearsTheFileName) {
   const std::vector<uint8_t> junk{'n', 'o', 't', ' ', 'a', ' ', 'g', 'i', 'f'};
   EXPECT_FALSE(a->LoadFromArray(junk));
   EXPECT_EQ(a->FrameCount(), 0);
+
+  // By name, with the bytes in a Variant.
+  std::vector<host::Variant> args{host::Variant(host::ByteArray(EncodeGif(two)))};
+  EXPECT_TRUE(a->Invoke(u"LoadFromArray", host::CallKind::Method, args).ToBoolean());
+  EXPECT_EQ(a->FrameCount(), 2);
 }
 
 TEST_F(AnimatedTest, PlaysAsManyTimesAsTheFileOrLoopCountSays) {

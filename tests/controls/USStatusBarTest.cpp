@@ -127,6 +127,17 @@ TEST_F(StatusBarTest, PanelClicksAndBadIndexes) {
   bar->RemovePanel(1);
   EXPECT_EQ(bar->PanelText(1), u"B");
   EXPECT_EQ(bar->PanelLeft(1), 0);
+
+  // By name, the panel properties take the index first and the value last.
+  using host::Variant;
+  std::vector<Variant> set{Variant(int32_t{2}), Variant(int32_t{90})};
+  bar->Invoke(u"panelwidth", host::CallKind::Let, set);
+  EXPECT_EQ(bar->PanelWidth(2), 90);
+  std::vector<Variant> get{Variant(int32_t{1})};
+  EXPECT_TRUE(bar->Invoke(u"PanelAutoSize", host::CallKind::Get, get).ToBoolean());
+  EXPECT_EQ(bar->Invoke(u"PanelAlignment", host::CallKind::Get, get).ToLong(), 2);
+  std::vector<Variant> bad{Variant(int32_t{7})};
+  EXPECT_THROW(bar->Invoke(u"PanelWidth", host::CallKind::Get, bad), host::RuntimeError);
 }
 
 TEST_F(StatusBarTest, BagKeepsPanelsAndTheFace) {
