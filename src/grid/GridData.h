@@ -416,6 +416,22 @@ class GridData {
   virtual void OnColumnsRefresh() { RepaintIfRedraw(); }
   // ---- end of sort, search and columns: hooks ----
 
+  // ---- selection and editing: storage access ----
+  // Sets the current cell as it stands, without the walk of Row and without a repaint.
+  void SetCurrentCell(int32_t xRow, int32_t xCol) {
+    m_row = xRow;
+    m_col = xCol;
+  }
+  // The one-shot latch that ColLocked reports while the last cell move aimed at a hidden or
+  // locked column.
+  void SetMoveRefused(bool xValue) { m_moveRefused = xValue; }
+  // Drops every storage row whose entry in victims is non-zero, rebuilding the row table once:
+  // the other rows keep their order, their cells and flags; rowOrder keeps the display order of
+  // the survivors; the victims' numeric totals and format counts are taken back. Callers handle
+  // the last row (Clear) and the events. Defined with the row operations (GridRowRemoval.cpp).
+  void RemoveStorageRows(const std::vector<uint8_t>& victims);
+  // ---- end of selection and editing: storage access ----
+
   // Stores done by the generated setters: mark changed and repaint.
   void PropertySet(host::StringView key);
   void RepaintIfRedraw() {

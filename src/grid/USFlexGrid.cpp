@@ -38,6 +38,7 @@ void USFlexGrid::ConnectEventSink(const host::EventSink& sink) {
   host::BindEventSinks(sink, u"RequestRowData", RequestRowData, u"Scroll", Scroll, u"AfterDelete", AfterDelete,
                        u"RowCountChanged", RowCountChanged, u"SelectionChanged", SelectionChanged);
   host::BindEventSinks(sink, u"SortComplete", SortComplete, u"CustomSort", CustomSort);
+  ConnectInputEventSinks(sink);
 }
 
 // ---- lifecycle ---------------------------------------------------------------------------------
@@ -82,6 +83,7 @@ void USFlexGrid::UserControl_Resize() {
 }
 
 void USFlexGrid::UserControl_Terminate() {
+  TerminateInput();
   ReleaseFonts();
   if (m_clipRgn) {
     DeleteObject(m_clipRgn);
@@ -90,6 +92,7 @@ void USFlexGrid::UserControl_Terminate() {
 }
 
 bool USFlexGrid::PreTranslateMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam, intptr_t& lResult) {
+  if (RouteInputMessage(msg, wParam, lParam, lResult)) return true;
   switch (msg) {
     case WM_VSCROLL:
     case WM_HSCROLL:

@@ -13,9 +13,11 @@
 #include <map>
 #include <memory>
 #include <tuple>
+#include <vector>
 
 #include "grid/GridData.h"
 #include "host/Event.h"
+#include "host/TextBox.h"
 #include "host/UserControl.h"
 #include "platform/Types.h"
 
@@ -215,6 +217,200 @@ class USFlexGrid : public host::UserControl, public GridData {
   std::map<const host::Object*, DecodedPicture> m_pictures;
   // Fonts made during a paint, by style and name; freed when the paint ends.
   std::map<std::tuple<const host::StdFont*, int, host::String>, platform::HFONT> m_fonts;
+
+  // ---- selection and editing ----
+  // Mouse and keys (USFlexGridInput.cpp, USFlexGridMouse.cpp), the editor (USFlexGridEdit.cpp),
+  // row removal (GridRowRemoval.cpp) and the cell tooltip (USFlexGridToolTip.cpp). All
+  // positions are display positions; event arguments named Col carry the storage column for
+  // BeforeEdit, AfterEdit, CellClick and CellClickEx, the display column elsewhere.
+ public:
+  [[nodiscard]] int32_t Row() const { return GridData::Row(); }
+  // Walks forward to the first visible, unlocked row (-1 past the end), then goes through
+  // RowColSet.
+  void Row(int32_t xRow);
+  [[nodiscard]] int32_t Col() const { return GridData::Col(); }
+  void Col(int32_t xCol);
+  // Moves the current cell (-1 keeps that part), brings it into view and repaints.
+  void RowColSet(int32_t xNewRow = -1, int32_t xNewCol = -1);
+  // The cell move itself: refuses a locked row, keeps the old row for a hidden one and flags a
+  // hidden or locked column; with xRaise the cell changes and RowColChanged is raised; unless
+  // xRaiseOnly the view scrolls to the cell.
+  void MoveCurrentCell(int32_t xRow, int32_t xCol, bool xRaiseOnly, bool xRaise);
+  // Hit testing in client pixels: the display column or row under a point, -1 for none.
+  [[nodiscard]] int32_t ColumnAtX(int32_t x);
+  [[nodiscard]] int32_t RowAtY(int32_t y);
+  // Sets or clears the selected bit of the display rows between both ends (either order);
+  // whether anything changed.
+  bool SelectRange(bool xState, int32_t xFrom, int32_t xTo);
+
+  // Opens the editor at a cell (-1: the current one), moving the current cell there first.
+  void ForceCellEdit(int32_t lNewRow = -1, int32_t lNewCol = -1, bool bBlankCell = false);
+  // Opens the editor at a display cell when the grid, the row and the column allow it and
+  // BeforeEdit does not cancel; whether it opened.
+  bool BeginCellEdit(int32_t xRow, int32_t xCol, bool xBlankCell = false);
+  // Closes an open editor, writing its value back; False when AfterEdit cancelled (the editor
+  // stays open). With xAllowMove the current cell then moves by EditMove.
+  bool UpdateCell(bool xAllowMove = false);
+  // Places the open editor over its cell.
+  void PositionEditor();
+  // A control that edits the cells of a display column instead of the text box, reached by late
+  // binding; xMoveControl is a GRID_MOVE_CONTROL mask of the edges that follow the cell.
+  void BindControl(int32_t xCol, host::ObjectRef xControl, int32_t xMoveControl = 15);
+  [[nodiscard]] bool EditPending() const { return m_editPending; }
+  // The cell under edit (display), -1 when the editor is closed.
+  [[nodiscard]] int32_t EditRow() const { return m_editPending ? m_editRow : -1; }
+  [[nodiscard]] int32_t EditCol() const { return m_editPending ? m_editCol : -1; }
+  // The pop-up text box ("TEditControl"); null until the first edit.
+  [[nodiscard]] host::TextBox* EditControl() const { return m_editor.get(); }
+
+  void RemoveRow(int32_t xRow);
+  void DeleteChecked(bool xRedraw = true);
+  void DeleteSelected();
+
+  // The cell under the pointer, -1 over nothing.
+  [[nodiscard]] int32_t MouseRow() const { return m_mouseRow; }
+  [[nodiscard]] int32_t MouseCol() const { return m_mouseCol; }
+  // The text typed so far for the incremental search on SearchColumn.
+  [[nodiscard]] const host::String& SearchText() const { return m_searchText; }
+  // The tooltip window of clipped cells ("xToolTIP"), 0 while none was made.
+  [[nodiscard]] platform::HWND ToolTipWindow() const { return m_toolTip; }
+
+  host::Event<int32_t, int32_t, host::String&, bool&> AfterEdit;  // Row, Col, xValue, Cancel
+  host::Event<int32_t> AfterInsert;                               // Row
+  host::Event<int32_t, bool&> BeforeDelete;                       // Row, Cancel
+  host::Event<int32_t, int32_t, bool&> BeforeEdit;                // Row, Col, Cancel
+  host::Event<int32_t, bool&> BeforeInsert;                       // Row, Cancel
+  host::Event<int32_t, int32_t> CellButtonClick;                  // Row, Col
+  host::Event<int32_t, int32_t, int16_t> CellClick;               // Row, Col, Shift
+  host::Event<int32_t, int32_t, int16_t, int16_t, float, float> CellClickEx;  // Row, Col, Button, Shift, X, Y
+  host::Event<int32_t, int32_t, int16_t> CellHandClick;           // Row, Col, Shift
+  host::Event<int32_t, int32_t> CellImageClick;                   // Row, Col
+  host::Event<> Click;
+  host::Event<int32_t> ColumnClick;                               // Col (storage)
+  host::Event<int32_t, int32_t> ColumnOrderChanged;               // FromCol, ToCol
+  host::Event<int32_t, int32_t> ColumnSizeChanged;                // Col, MoveControl
+  host::Event<> DblClick;
+  host::Event<int32_t, int16_t&> EditKeyPress;                    // Col (storage), KeyAscii
+  host::Event<int16_t&, int16_t&> KeyDown;                        // KeyCode, Shift
+  host::Event<int16_t&> KeyPress;                                 // KeyAscii
+  host::Event<int16_t&, int16_t&> KeyUp;
+  host::Event<int16_t&, int16_t&, float&, float&> MouseDown;      // Button, Shift, X, Y
+  host::Event<> MouseEnter;
+  host::Event<> MouseExit;
+  host::Event<int16_t&, int16_t&, float&, float&> MouseMove;
+  host::Event<int16_t&, int16_t&, float&, float&> MouseUp;
+  host::Event<host::DataObject&, int32_t&, int16_t&, int16_t&, float&, float&> OLEDragDrop;  // Data, Effect, Button, Shift, X, Y
+  // The event RowChecked(Row); the C++ name differs from the RowChecked property.
+  host::Event<int32_t> RowCheckedEvent;
+  host::Event<> RowColChanged;
+
+ protected:
+  void UserControl_Click() override;
+  void UserControl_DblClick() override;
+  void UserControl_KeyDown(int16_t& KeyCode, int16_t& Shift) override;
+  void UserControl_KeyPress(int16_t& KeyAscii) override;
+  void UserControl_KeyUp(int16_t& KeyCode, int16_t& Shift) override;
+  void UserControl_MouseDown(int16_t& Button, int16_t& Shift, float& X, float& Y) override;
+  void UserControl_MouseMove(int16_t& Button, int16_t& Shift, float& X, float& Y) override;
+  void UserControl_MouseUp(int16_t& Button, int16_t& Shift, float& X, float& Y) override;
+  void UserControl_OLEDragDrop(host::DataObject& Data, int32_t& Effect, int16_t& Button, int16_t& Shift, float& X,
+                               float& Y) override;
+  void OnClearing() override;
+  [[nodiscard]] bool OnSortCloseEditor() override { return UpdateCell(); }
+
+ private:
+  // Messages the host has no event for: scroll bars, wheels, enter and leave, focus, the
+  // auto-scroll timer. True when consumed.
+  bool RouteInputMessage(uint32_t msg, uintptr_t wParam, intptr_t lParam, intptr_t& lResult);
+  void ConnectInputEventSinks(const host::EventSink& sink);
+  void TerminateInput();
+  // Keys, from the grid or forwarded by the editor; KeyCode 0 afterwards means consumed.
+  void HandleKeyDown(int16_t& KeyCode, int16_t Shift, bool fromEditor);
+  void IncrementalSearch(char16_t ch);
+  // The next row in a direction (+1, -1) that is shown and not locked, or -1.
+  [[nodiscard]] int32_t NextOpenRow(int32_t from, int32_t step);
+  [[nodiscard]] int32_t NextOpenCol(int32_t from, int32_t step);
+  [[nodiscard]] int32_t PageDownRow();
+  [[nodiscard]] int32_t PageUpRow();
+  [[nodiscard]] int32_t LastFullyShownRow();
+  // Scrolls so that a display cell shows (either part -1: that direction stays); whether the
+  // view moved.
+  bool ScrollCellIntoView(int32_t row, int32_t col);
+  // Moves the current cell after a key or a drag and makes the selection follow: a plain move
+  // selects only the target, an extending one the range from the anchor.
+  void NavigateTo(int32_t row, int32_t col, bool extend);
+  // Clears the selection and selects one row (none for -1); whether anything changed.
+  bool SelectOnly(int32_t row);
+  bool SelectExactly(int32_t from, int32_t to);
+  [[nodiscard]] bool RowOpen(int32_t displayRow);
+  [[nodiscard]] bool ColOpen(int32_t displayCol);
+  [[nodiscard]] int32_t RowTop(int32_t displayRow);
+  [[nodiscard]] bool CellEditable(int32_t row, int32_t col);
+  void FlipBooleanCell(int32_t row, int32_t col, bool afterEditFirst);
+  void ToggleEditor(bool byF2);
+  // Mouse parts (USFlexGridMouse.cpp).
+  void UpdatePointerZones(int32_t x, int32_t y);
+  void StartAutoScroll(int direction);
+  void StopAutoScroll();
+  void AutoScrollStep();
+  void FinishHeaderMove(int32_t x);
+  [[nodiscard]] bool InCheckBoxOfBooleanCell(int32_t row, int32_t col, int32_t x, int32_t y);
+  void OnHorizontalWheel(int delta);
+  // Editor parts (USFlexGridEdit.cpp).
+  void EnsureEditor();
+  void CancelEdit();
+  void ShowBoundEditor(const host::ObjectRef& control, int32_t row, int32_t col);
+  void PositionBoundControl(const host::ObjectRef& control, int32_t moveMask);
+  void HideEditorWindow();
+  [[nodiscard]] host::String EditorValue();
+  void EditorKeyDown(int16_t& KeyCode, int16_t& Shift);
+  void EditorKeyPress(int16_t& KeyAscii);
+  // Applies the column's input filter ("<", ">" or a set of allowed characters) to a typed
+  // character: 0 when it is dropped.
+  [[nodiscard]] int16_t FilterEditChar(int32_t displayCol, int16_t keyAscii);
+  [[nodiscard]] bool FocusIsInEditor(platform::HWND focus) const;
+  // Row removal (GridRowRemoval.cpp).
+  void RemoveRows(const std::vector<uint8_t>& victims, bool xRedraw);
+  void DeleteRowsWithFlag(int16_t flag, bool xRedraw);
+  void InsertRowAtCurrent();
+  // Tooltip (USFlexGridToolTip.cpp).
+  void ShowCellToolTip(int32_t xRow, int32_t xCol);
+  void HideToolTip();
+
+  std::unique_ptr<host::TextBox> m_editor;
+  bool m_editPending = false;
+  bool m_editBound = false;
+  bool m_editByF2 = false;
+  int32_t m_editRow = -1;
+  int32_t m_editCol = -1;
+  host::ObjectRef m_boundEditor;  // the bound control open now
+  int16_t m_lastShift = 0;
+  int32_t m_mouseRow = -1;
+  int32_t m_mouseCol = -1;
+  int32_t m_downRow = -1;
+  int32_t m_downCol = -1;
+  int32_t m_downX = 0;
+  int32_t m_anchorRow = -1;  // where Shift ranges start
+  int32_t m_dragRow = -1;    // the last row a drag selected to
+  int32_t m_dragCol = -1;
+  int32_t m_swapCol = -1;
+  int32_t m_resizeCol = -1;
+  int32_t m_resizeRow = -1;
+  int32_t m_resizeColOffset = 0;
+  int32_t m_resizeRowOffset = 0;
+  bool m_resizing = false;
+  int32_t m_resizeStartSize = 0;  // the width or height when the resize began
+  bool m_rowMoveRefused = false;
+  bool m_suppressSearch = false;    // Ctrl+C, Ctrl+V: no search from the character that follows
+  bool m_suppressKeyPress = false;  // the key down consumed the key: its character is dropped
+  bool m_mouseInside = false;
+  int m_autoScrollDirection = 0;
+  host::String m_searchText;
+  uint32_t m_searchTick = 0;
+  bool m_searchStarted = false;
+  platform::HWND m_toolTip = 0;
+  platform::HFONT m_toolTipFont = 0;
+  // ---- end of selection and editing ----
 };
 
 // Registers "Morvantix.USFlexGrid" with the class registry.
