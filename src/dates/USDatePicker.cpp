@@ -280,10 +280,17 @@ void USDatePicker::ApplyTheme() {
 }
 
 void USDatePicker::FormatDate(int32_t value) {
+  double date = 0;
+  const bool hadDate = m_txtCombo && TextToDate(date);
   m_formatDate = value;
   PropertyChanged(u"FormatDate");
-  // The field takes the new layout's mask at once; what it held was in the old layout.
-  if (m_txtCombo && !m_loading) Step([&] { Text(u""); });
+  if (!m_txtCombo || m_loading) return;
+  // The field takes the new layout's mask at once: a date it held is rewritten in the new
+  // layout, anything else would not fit the new mask and is cleared.
+  Step([&] {
+    ApplyDateMask(m_formatDate);
+    Text(hadDate ? DateToText(date) : String());
+  });
 }
 
 void USDatePicker::ShowCorner(bool value) {

@@ -322,7 +322,9 @@ TEST_F(Picker, TheMaskFollowsTheLayoutAndTheFieldRemembersIt) {
   EXPECT_EQ(field.MaskType(), entry::Only_Number);
   EXPECT_TRUE(field.NumberOnly());
 
+  // A new layout rewrites the date held.
   picker->FormatDate(utility::yyyy_mm_dd_Hyphen);
+  EXPECT_EQ(picker->Text(), u"2024-01-20");
   picker->Text(u"20240120");
   EXPECT_EQ(field.Mask(), u"####-##-##");
   EXPECT_EQ(picker->Text(), u"2024-01-20");
@@ -331,8 +333,12 @@ TEST_F(Picker, TheMaskFollowsTheLayoutAndTheFieldRemembersIt) {
 
   // A short layout keeps room for ten characters all the same.
   picker->FormatDate(utility::DD_MM_YY_Slash);
-  picker->Text(u"");
   EXPECT_EQ(field.Mask(), u"##/##/##");
+  // Two-digit years never validate, so the next layout finds no date to carry over.
+  EXPECT_EQ(picker->Text(), u"20/01/24");
+  picker->FormatDate(utility::MM_DD_YYYY_Slash);
+  EXPECT_EQ(picker->TextLenEx(), 0);
+  picker->FormatDate(utility::DD_MM_YY_Slash);
   EXPECT_EQ(field.MaxLength(), 10);
 
   // A date taken from the calendar is written in the layout in force.
