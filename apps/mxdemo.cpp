@@ -15,6 +15,7 @@
 #include <iostream>
 #include <string>
 
+#include "entry/ListsExample.h"
 #include "grid/GridExample.h"
 #include "grid/USFlexGrid.h"
 #include "host/Err.h"
@@ -290,6 +291,12 @@ int main(int argc, char** argv) {
     mx::platform::ScopedVirtualClock clock;
     return mx::grid::RenderGridExample(argv[2], argv[3], argv[4], std::cerr);
   }
+  // mxdemo --lists FORM.frm DATABASE.db OUT.png: the lists example filled from its database.
+  if (argc == 5 && std::string(argv[1]) == "--lists") {
+    mx::RegisterLibrary();
+    mx::platform::ScopedVirtualClock clock;
+    return mx::entry::RenderListsExample(argv[2], argv[3], argv[4], std::cerr);
+  }
   if ((argc == 4 || argc == 5) && std::string(argv[1]) == "--form") {
     // The wait is a one-line script kept beside the picture while the form runs.
     const std::string wait = argc == 5 ? argv[4] : "500";
@@ -308,6 +315,7 @@ int main(int argc, char** argv) {
   }
   if (argc != 2 && argc != 3) {
     std::fprintf(stderr, "usage: mxdemo OUT.png [FORM.frm] | --form FORM.frm OUT.png [MS] | --grid FORM.frm DB OUT.png\n"
+                 "       mxdemo --lists FORM.frm DB OUT.png\n"
                  "       mxdemo --gallery FORM.frm DB OUT.png [--window]\n");
     return 2;
   }
