@@ -394,10 +394,12 @@ TEST_F(Picker, ThemesLoadTheirColours) {
   picker->BackColor(0x123456);
   picker->Theme(frame::Office_Theme_Blue);
   EXPECT_EQ(picker->BackColor(), 0xFFFFFF);
-  EXPECT_EQ(picker->BorderColor(), frame::GetThemeColor(frame::Office_Theme_Blue, frame::ThemeBorderColor));
+  EXPECT_EQ(picker->BorderColor(), 0xE2A981);
+  EXPECT_EQ(picker->BorderColorOver(), 0xBBF2FF);
+  EXPECT_EQ(picker->BackColorOnShowCalendar(), 0xFFFFFF) << "0xFFEFE3 lightened by 140, held at 255";
   picker->Theme(frame::Windows_Theme_Green);
-  EXPECT_EQ(picker->BorderColor(),
-            host::ShiftRGBColor(frame::GetThemeColor(frame::Windows_Theme_Green, frame::ThemeBorderColor), 120));
+  EXPECT_EQ(picker->BorderColor(), 0xB9EC78);
+  EXPECT_EQ(picker->BorderColorOver(), 0x9FD478);
   // The calendar takes the picker's theme when it opens.
   picker->ShowCalendar();
   EXPECT_EQ(picker->Calendar().Theme(), frame::Windows_Theme_Green);
