@@ -3,6 +3,8 @@
 
 #include "GridInputTestSupport.h"
 #include "host/Err.h"
+#include "platform/MessageQueue.h"
+#include "platform/ScrollBar.h"
 
 namespace mx::grid::testing {
 namespace {
@@ -159,6 +161,50 @@ TEST_F(GridEditTest, EditorSitsInsideItsCell) {
   EXPECT_EQ(g->EditControl()->Alignment(), 1);
   EXPECT_EQ(g->EditControl()->BackColor(), g->BackColorEdit());
   EXPECT_EQ(g->EditControl()->Text(), u"9");
+}
+
+TEST_F(GridEditTest, MouseTriggersOpenTheEditorOnADoubleClickOrAClick) {
+  auto g = MakeEditable();
+  // The default trigger holds the double click.
+  MoveTo(*g, CellCenter(*g, 3, 0));
+  for (int i = 0; i < 2; ++i) {
+    Button(true);
+    Button(false);
+  }
+  ASSERT_TRUE(g->EditPending());
+  EXPECT_EQ(g->EditRow(), 3);
+  EXPECT_EQ(EditorText(*g), u"Row 3");
+  Key(VK_ESCAPE);
+  platform::RunFor(platform::GetDoubleClickTime() + 1);
+  // A single click opens nothing until OnMouseClick is in the trigger.
+  ClickCell(*g, 4, 1);
+  EXPECT_FALSE(g->EditPending());
+  g->EditTrigger(OnMouseClick);
+  ClickCell(*g, 4, 1);
+  EXPECT_TRUE(g->EditPending());
+  EXPECT_EQ(g->EditCol(), 1);
+}
+
+TEST_F(GridEditTest, FocusLeavingForAnotherWindowAndScrollingCommitTheEdit) {
+  auto g = MakeFilled(40, 260, 200);
+  g->AllowEdit(true);
+  auto other = Make(300, 10, 100, 100);
+  ClickCell(*g, 1, 0);
+  Type(u"kept");
+  ASSERT_TRUE(g->EditPending());
+  platform::SetFocus(other->hWnd());
+  platform::PumpMessages();
+  EXPECT_FALSE(g->EditPending());
+  EXPECT_EQ(g->CellText(1, 0), u"kept");
+  EXPECT_EQ(platform::GetFocus(), other->hWnd());  // the close does not pull the focus back
+  // A scroll bar message closes the editor before the view moves.
+  platform::SetFocus(g->hWnd());
+  g->ForceCellEdit(2, 0);
+  Type(u"x");
+  platform::SendMessageW(g->hWnd(), platform::WM_VSCROLL, platform::SB_LINEDOWN, 0);
+  EXPECT_FALSE(g->EditPending());
+  EXPECT_EQ(g->CellText(2, 0), u"x");
+  EXPECT_EQ(g->GetScrollVerticalPosition(), 1);
 }
 
 TEST_F(GridEditTest, ColumnsThatCannotBeEditedOpenNothing) {
