@@ -4,6 +4,7 @@
 
 #include "controls/USScrollBar.h"
 #include "entry/USListBoxTestSupport.h"
+#include "frame/APITooltip.h"
 #include "host/TextBox.h"
 #include "platform/Messages.h"
 
@@ -205,6 +206,53 @@ TEST_F(ListBoxTest, InPlaceEditorGeometryAndEnd) {
   EXPECT_FALSE(list->IsEditing());
   EXPECT_EQ(list->Item(4).ToString(), u"Renamed");
   EXPECT_EQ(GetFocus(), list->hWnd());
+}
+
+}  // namespace
+
+namespace {
+
+TEST_F(ListBoxTest, EachItemShowsItsOwnTooltip) {
+  list->AddItem(Variant(u"a"), 0, -1, -1, -1, true, u"first tip");
+  list->AddItem(Variant(u"b"));
+  list->AddItem(Variant(u"c"), 0, -1, -1, -1, true, u"third tip");
+  MoveTo(30, 10);
+  ASSERT_NE(list->ToolTip(), nullptr);
+  EXPECT_EQ(list->ToolTip()->TipText(), u"first tip");
+  EXPECT_NE(list->ToolTip()->hWnd(), 0u);
+  MoveTo(30, 26 + 10);  // no tip: the tip window goes
+  EXPECT_EQ(list->ToolTip()->hWnd(), 0u);
+  MoveTo(30, 2 * 26 + 10);
+  EXPECT_EQ(list->ToolTip()->TipText(), u"third tip");
+  // A changed tip reaches the window at the next move onto the item.
+  list->ItemToolTip(2, u"changed");
+  MoveTo(31, 2 * 26 + 11);
+  EXPECT_EQ(list->ToolTip()->TipText(), u"changed");
+}
+
+TEST_F(ListBoxTest, DoubleClickRaisesDblClickInPlaceOfASecondClick) {
+  Fill(3);
+  const POINT pt = OnPic(40, 10);
+  InjectMouseMove(pt.x, pt.y);
+  InjectClick();
+  InjectClick();
+  PumpMessages();
+  EXPECT_EQ(Count("DblClick"), 1);
+  EXPECT_EQ(Count("Click"), 1);
+  EXPECT_EQ(Count("MouseUp"), 2);
+  EXPECT_EQ(list->ListIndex(), 0);
+}
+
+TEST_F(ListBoxTest, ItemHeightAutoFollowsTheFont) {
+  Fill(3);
+  list->ItemHeightAuto(true);
+  const int32_t small = list->ItemHeight();
+  EXPECT_LT(small, 26);
+  auto font = list->Font()->Clone();
+  font->Size(font->SizePoints() * 2);
+  list->Font(font);
+  EXPECT_GT(list->ItemHeight(), small + 5);
+  EXPECT_EQ(list->VisibleRows(), kHeight / list->ItemHeight());
 }
 
 }  // namespace
