@@ -8,6 +8,7 @@
 #include "controls/USButton.h"
 #include "controls/USImageList.h"
 #include "frame/APIMouseEvents.h"
+#include "frame/APISubClass.h"
 #include "frame/APITooltip.h"
 #include "host/Colors.h"
 #include "host/Err.h"
@@ -15,6 +16,7 @@
 #include "host/Screen.h"
 #include "host/Strings.h"
 #include "image/API32bppDIB.h"
+#include "platform/Messages.h"
 #include "platform/Window.h"
 
 namespace mx::chrome {
@@ -65,6 +67,26 @@ String CrLfToBlank(StringView s) {
 
 }  // namespace
 
+// Watches the form's WM_SIZE, as the host would move a control aligned to the top: the ribbon
+// keeps the form's width.
+class RibbonParentWatch : public frame::SubclassOwner {
+ public:
+  RibbonParentWatch(USRibbon& ribbon, platform::HWND form) : m_ribbon(ribbon), m_form(form) {
+    if (m_subclass.ssc_Subclass(form, 0, 1, this, true, true))
+      m_subclass.ssc_AddMsg(form, frame::MSG_AFTER, {platform::WM_SIZE});
+  }
+  ~RibbonParentWatch() override { m_subclass.ssc_UnSubclass(m_form); }
+  void SubclassProc(int32_t, bool, bool&, platform::LRESULT&, platform::HWND, platform::UINT uMsg, platform::WPARAM,
+                    platform::LPARAM, platform::LPARAM&) override {
+    if (uMsg == platform::WM_SIZE) Step([&] { m_ribbon.ParentResized(); });
+  }
+
+ private:
+  USRibbon& m_ribbon;
+  platform::HWND m_form;
+  frame::APISubClass m_subclass;
+};
+
 const char16_t* RibbonArrayName(RibbonArray array) {
   const auto i = static_cast<size_t>(array);
   return i < std::size(kArrayNames) ? kArrayNames[i] : u"";
@@ -110,7 +132,10 @@ USRibbon::USRibbon() {
   for (auto& array : m_elements) array.resize(1);
 }
 
-USRibbon::~USRibbon() = default;
+USRibbon::~USRibbon() {
+  // The watch calls back into the ribbon: it goes first.
+  m_parentWatch.reset();
+}
 
 // ---- Setters ------------------------------------------------------------------------------------
 
@@ -446,6 +471,12 @@ void USRibbon::UserControl_Show() {
           if (auto list = std::dynamic_pointer_cast<controls::USImageList>(control)) m_imageList = list;
     });
   }
+  if (!m_parentWatch) {
+    Step([&] {
+      host::Form* form = Parent();
+      if (form && form->hWnd()) m_parentWatch = std::make_unique<RibbonParentWatch>(*this, form->hWnd());
+    });
+  }
   if (!m_mouseEx) {
     Step([&] {
       auto tracker = std::make_unique<frame::APIMouseEvents>();
@@ -462,10 +493,20 @@ void USRibbon::UserControl_Terminate() {
   m_built = false;
   Step([&] { m_mouseEx.reset(); });
   Step([&] { m_toolTip.reset(); });
+  Step([&] { m_parentWatch.reset(); });
   for (auto& b : m_buttons) b.surface.reset();
   for (auto& b : m_tabButtons) b.surface.reset();
   m_pictureArray.clear();
   m_imageList.reset();
+}
+
+void USRibbon::ParentResized() {
+  host::Form* form = Parent();
+  if (!form || !form->hWnd() || Control::Left() != 0) return;
+  platform::RECT rc{};
+  platform::GetClientRect(form->hWnd(), &rc);
+  const float width = static_cast<float>(rc.right) * host::GetScreen().TwipsPerPixelX();
+  if (rc.right > 0 && Control::Width() != width) Control::Width(width);
 }
 
 void USRibbon::AlignToParentTop() {

@@ -101,6 +101,8 @@ struct RibbonTarget {
 // lower-cased; empty for a caption shorter than two characters or without one.
 [[nodiscard]] String RibbonHotKey(StringView caption);
 
+class RibbonParentWatch;
+
 class USRibbon : public controls::CaptionControl {
  public:
   // Themes 0 and 1 lay the category row out from 390 (tabs shown) or 50 twips, the other looks
@@ -220,7 +222,10 @@ class USRibbon : public controls::CaptionControl {
   [[nodiscard]] int32_t ComposeCount() const { return m_composeCount; }
 
  protected:
-  void RepaintForFont() override { Refresh(); }
+  // A new font lays the band out again, once it has been built.
+  void RepaintForFont() override {
+    if (m_built) Refresh();
+  }
   void UserControl_Initialize() override;
   void UserControl_InitProperties() override;
   void UserControl_ReadProperties(host::PropertyBag& PropBag) override;
@@ -291,6 +296,8 @@ class USRibbon : public controls::CaptionControl {
                                                  const host::Variant& imageIndex) const;
   void UpdateAccessKeys();
   void AlignToParentTop();
+  // The form's client width changed: a ribbon standing at the form's left follows it.
+  void ParentResized();
   void FitHeight();
 
   // Behaviour (USRibbonInput.cpp).
@@ -352,6 +359,8 @@ class USRibbon : public controls::CaptionControl {
   platform::POINT m_lastPointer{-1, -1};
   std::unique_ptr<frame::APIMouseEvents> m_mouseEx;
   std::unique_ptr<frame::APITooltip> m_toolTip;
+  std::unique_ptr<RibbonParentWatch> m_parentWatch;
+  friend class RibbonParentWatch;
 };
 
 }  // namespace mx::chrome

@@ -418,6 +418,28 @@ TEST_F(RibbonTest, AtDesignTimeOnlyTheEmptyBandIsShown) {
   EXPECT_EQ(r->HitTest(30, 10).kind, RibbonHit::None);
 }
 
+TEST_F(RibbonTest, ARibbonAtTheFormsLeftKeepsTheFormsWidth) {
+  auto r = MakeFilled();
+  host::Form& form = *r->Parent();
+  form.Move(form.Left(), Variant(form.Top()), Variant(form.Width() + 120 * 15));
+  platform::PumpMessages();
+  platform::RECT client{};
+  platform::GetClientRect(form.hWnd(), &client);
+  EXPECT_EQ(r->Width(), client.right * 15.0f);
+  // The band and the tab buttons follow the new width.
+  platform::RECT rc{};
+  platform::GetClientRect(r->hWnd(), &rc);
+  EXPECT_EQ(rc.right, client.right);
+  EXPECT_EQ(r->Element(A::BarraRight, 0).Left, rc.right - 3);
+  EXPECT_EQ(r->Element(A::ButTabMouse, 0).Left, rc.right - 40 + 8);
+  // One placed elsewhere by its host stays as it is.
+  r->Left(300);
+  const float width = r->Width();
+  form.Move(form.Left(), Variant(form.Top()), Variant(form.Width() - 60 * 15));
+  platform::PumpMessages();
+  EXPECT_EQ(r->Width(), width);
+}
+
 TEST_F(RibbonTest, LateBindingAndTheRegistry) {
   auto made = host::CreateControl(u"Morvantix.USRibbon");
   ASSERT_TRUE(std::dynamic_pointer_cast<USRibbon>(made));
