@@ -24,6 +24,8 @@
 #include <vector>
 
 #include "controls/CaptionControl.h"
+#include "entry/USComboBox.h"
+#include "entry/USListBox.h"
 #include "host/Event.h"
 #include "host/PropertyBag.h"
 #include "host/StdFont.h"
@@ -48,8 +50,13 @@ using host::OLE_COLOR;
 using host::String;
 using host::StringView;
 
-enum ENUM_COMBO_STYLE : int32_t { Dropdown_Combo = 0, Dropdown_List = 1 };
-enum ENUM_POSITION : int32_t { Horizontal = 0, Vertical = 1 };
+// The library's one combo style (0 an editable text, 1 a list) and gradient direction.
+using entry::Dropdown_Combo;
+using entry::Dropdown_List;
+using entry::ENUM_COMBO_STYLE;
+using entry::ENUM_POSITION;
+using entry::Horizontal;
+using entry::Vertical;
 
 class USDatePicker : public controls::CaptionControl {
  public:
