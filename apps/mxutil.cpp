@@ -1,5 +1,5 @@
 // mxutil NAME ARGS...: calls the MX member NAME with its arguments given as text and prints the
-// result on one line. Strings print as they are (UTF-8), Booleans as True/False, numbers in the
+// result on one line. USMsgBox and USMsgBoxEx show a message box headless (see PrintHelp). Strings print as they are (UTF-8), Booleans as True/False, numbers in the
 // invariant form. An unknown member, a wrong argument count or an argument that does not convert
 // to the member's parameter type prints a message to stderr and exits with 2.
 #include <cerrno>
@@ -12,10 +12,12 @@
 #include <string>
 #include <vector>
 
+#include "chrome/MessageFormRun.h"
 #include "host/Collection.h"
 #include "host/DateTime.h"
 #include "host/String.h"
 #include "host/Variant.h"
+#include "morvantix/Library.h"
 #include "utility/MX.h"
 
 namespace {
@@ -196,8 +198,45 @@ void PrintHelp(std::ostream& out) {
          "Numbers are written with \".\" for decimals and no grouping; Booleans as True/False;\n"
          "dates as yyyy-mm-dd. Optional arguments (in brackets) may be left out.\n"
          "IsArrayHasBeenInitialized takes an array, which cannot be given on a command line, and is\n"
-         "refused. Exit status: 0 on success, 2 for an unknown member or bad arguments.\n\nmembers:\n";
+         "refused. Exit status: 0 on success, 2 for an unknown member or bad arguments.\n\n"
+         "USMsgBox PROMPT [BUTTONS] [TITLE] [--wait MS] [--script FILE] [--png OUT.png]\n"
+         "  shows a message box headless (USMsgBoxEx the same, with markup when PROMPT has \"<\"),\n"
+         "  writes OUT.png of the box as it first appears, plays FILE's input into it (the words of\n"
+         "  mxrun's scripts: key N, move X Y, down left, wait MS...) and prints the result: 1 Ok,\n"
+         "  2 Cancelar, 3 Abortar, 4 Repetir, 5 Ignorar, 6 Sim, 7 Não, 0 closed without a button.\n"
+         "  Exit status 1 when the script or the picture fails.\n\nmembers:\n";
   for (const Member& member : Members()) out << "  " << member.name << " " << member.parameters << "\n";
+}
+
+// USMsgBox and USMsgBoxEx: options may come anywhere after the name.
+int MessageBoxCommand(const std::string& name, const Args& args) {
+  mx::chrome::MessageBoxRunOptions options;
+  options.markup = name == "USMsgBoxEx";
+  Args positional;
+  const std::string usage = "usage: mxutil " + name + " PROMPT [BUTTONS] [TITLE] [--wait MS] [--script FILE] [--png OUT.png]\n";
+  try {
+    for (size_t i = 0; i < args.size(); ++i) {
+      const std::string& arg = args[i];
+      if (arg == "--script" || arg == "--png" || arg == "--wait") {
+        if (i + 1 >= args.size()) throw UsageError(arg + " needs a value");
+        const std::string& value = args[++i];
+        if (arg == "--script") options.scriptPath = value;
+        else if (arg == "--png") options.pngPath = value;
+        else options.waitTimes = ToInt32(value);
+      } else {
+        positional.push_back(arg);
+      }
+    }
+    if (positional.empty() || positional.size() > 3) throw UsageError("takes PROMPT [BUTTONS] [TITLE]");
+    options.prompt = positional[0];
+    if (positional.size() > 1) options.buttons = ToInt32(positional[1]);
+    if (positional.size() > 2) options.title = positional[2];
+  } catch (const UsageError& error) {
+    std::cerr << "mxutil: " << name << ": " << error.what() << "\n" << usage;
+    return 2;
+  }
+  mx::RegisterLibrary();
+  return mx::chrome::RunMessageBox(options, std::cout, std::cerr);
 }
 
 }  // namespace
@@ -217,6 +256,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   const Args args(argv + 2, argv + argc);
+  if (name == "USMsgBox" || name == "USMsgBoxEx") return MessageBoxCommand(name, args);
   for (const Member& member : Members()) {
     if (name != member.name) continue;
     const int count = static_cast<int>(args.size());

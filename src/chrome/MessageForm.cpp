@@ -90,6 +90,11 @@ std::shared_ptr<USButton> MessageForm::OButton(int32_t index) const {
 HWND MessageForm::FormWindow() const { return m_form ? m_form->hWnd() : 0; }
 
 void MessageForm::LoadForm() {
+  // Nothing of the last box is kept: a load that fails halfway leaves no stale control behind.
+  m_usForm.reset();
+  m_panel.reset();
+  m_label.reset();
+  m_buttons = {};
   // A form whose window went without it (the windowing was reset) starts over.
   if (m_form && m_form->hWnd() && !IsWindow(m_form->hWnd())) m_form.reset();
   if (!m_form) {
@@ -168,9 +173,14 @@ void MessageForm::SetLabelWidth(float width) {
 int32_t MessageForm::ShowMessageForm(const utility::MessageBoxRequest& request) {
   if (m_running) return vbClosed;
   Step([&] { LoadForm(); });
-  if (!m_form || !m_usForm || !m_label || !m_panel) return vbClosed;
+  if (!m_form || !m_usForm || !m_label || !m_panel || !m_subclass || !m_buttons[2]) {
+    // A load that failed: what was sited goes, so that the next box starts clean.
+    if (m_form) Step([&] { m_form->Unload(); });
+    return vbClosed;
+  }
   m_result = vbClosed;
   m_closing = false;
+  m_announced = false;
 
   // 1. The toolkit default theme wins over a theme argument that differs from it.
   const int32_t defaultTheme = utility::ToolkitDefaultTheme();
@@ -246,6 +256,8 @@ int32_t MessageForm::ShowMessageForm(const utility::MessageBoxRequest& request) 
   // The loop also ends when nothing can ever happen any more (a headless queue with no input
   // and no time-out to come): the box goes as one closed without a button.
   if (keep->IsLoaded()) Step([&] { keep->Unload(); });
+  // The window is gone and its subclass with it; the next box subclasses its new window.
+  m_subclass.reset();
   m_running = false;
   m_closing = false;
   return m_result;
@@ -305,6 +317,8 @@ void MessageForm::ActivationWork() {
     Step([&] { m_usForm->DrawFadeIN(); });
   }
   if (!m_unloadTimer) StartUnloadTimer();
+  if (m_announced) return;
+  m_announced = true;
   if (MessageFormShownHandler handler = ShownHandler()) {
     // From the loop itself, not from inside this timer's tick.
     std::weak_ptr<host::Form> weak = m_form;

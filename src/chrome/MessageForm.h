@@ -136,6 +136,7 @@ class MessageForm : public frame::SubclassOwner {
   int32_t m_showCount = 0;
   bool m_running = false;
   bool m_closing = false;
+  bool m_announced = false;  // the shown handler has been called for this box
   bool m_escToClose = true;
   bool m_fadeIn = false;
   bool m_fadeOut = false;

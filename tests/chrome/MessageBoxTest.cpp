@@ -13,6 +13,7 @@
 #include "controls/USButton.h"
 #include "controls/USLabel.h"
 #include "platform/Desktop.h"
+#include "platform/HandleTable.h"
 #include "platform/Input.h"
 #include "platform/MessageQueue.h"
 #include "support/Golden.h"
@@ -405,6 +406,39 @@ TEST_F(MessageBoxTest, FormIsMadeOnceAndReused) {
          });
   EXPECT_EQ(first, second);
   EXPECT_TRUE(host::Forms().empty());
+}
+
+TEST_F(MessageBoxTest, CloseBoxAnswersZeroAndNothingIsLeftBehind) {
+  const HandleType types[] = {HandleType::Window, HandleType::DC, HandleType::Bitmap, HandleType::Font,
+                              HandleType::Brush, HandleType::Region};
+  std::vector<int> before;
+  for (HandleType t : types) before.push_back(LiveHandleCount(t));
+  const int32_t result = RunBox([] { return MX().USMsgBox(u"Fechar pela caixa?", 4); },
+                                [](MessageForm& box) {
+                                  const RECT r = box.USForm1()->ButtonRect(CloseButton);
+                                  ClickAt(box.USForm1()->hWnd(), (r.left + r.right) / 2, (r.top + r.bottom) / 2);
+                                });
+  EXPECT_EQ(result, 0);
+  RunFor(500);  // the subclass blocks go on their clean-up timers
+  for (size_t i = 0; i < before.size(); ++i)
+    EXPECT_EQ(LiveHandleCount(types[i]), before[i]) << "handle type " << static_cast<int>(types[i]);
+}
+
+TEST_F(MessageBoxTest, HostTimersRunWhileTheBoxWaits) {
+  int ticks = 0;
+  int32_t nested = -1;
+  const UINT_PTR timer = SetTimer(0, 0, 100, [&](HWND, UINT, UINT_PTR, DWORD) {
+    // A box asked for while the same form is up gets no second form: it answers 0 at once.
+    if (++ticks == 3) nested = MX().USMsgBox(u"Outra", 0);
+  });
+  MessageBoxRequest r;
+  r.Prompt = u"Aguarde";
+  r.WaitTimes = 1000;
+  EXPECT_EQ(RunBox([&] { return MX().USMsgBox(r); }), 0);
+  KillTimer(0, timer);
+  EXPECT_GE(ticks, 9);
+  EXPECT_LE(ticks, 11);
+  EXPECT_EQ(nested, 0);
 }
 
 TEST_F(MessageBoxTest, FadesTranslucencyAndGradient) {
