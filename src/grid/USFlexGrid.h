@@ -316,7 +316,6 @@ class USFlexGrid : public host::UserControl, public GridData {
   void UserControl_OLEDragDrop(host::DataObject& Data, int32_t& Effect, int16_t& Button, int16_t& Shift, float& X,
                                float& Y) override;
   void OnClearing() override;
-  [[nodiscard]] bool OnSortCloseEditor() override { return UpdateCell(); }
 
  private:
   // Messages the host has no event for: scroll bars, wheels, enter and leave, focus, the
