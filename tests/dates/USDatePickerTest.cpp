@@ -158,7 +158,7 @@ TEST_F(Picker, PickingADayWritesTheTextClosesAndKeepsTheFocus) {
   Press(platform::POINT{c.left + (cell.left + cell.right) / 2, c.top + (cell.top + cell.bottom) / 2});
   EXPECT_EQ(picker->Text(), u"20/01/2024");
   EXPECT_FALSE(picker->IsCalendarOpen());
-  // The close raises Click, then the date and Click again.
+  // The close raises Click, then the date and Click again; EndDisplayCalendar never comes.
   EXPECT_EQ(Take(), (Lines{"Change", "Click", "DateClicked 20/01/2024", "Click"}));
   EXPECT_TRUE(picker->HasFocus());
   EXPECT_EQ(platform::GetFocus(), picker->TextField().hWndEx());
@@ -403,18 +403,6 @@ TEST_F(Picker, ThemesLoadTheirColours) {
   // The calendar takes the picker's theme when it opens.
   picker->ShowCalendar();
   EXPECT_EQ(picker->Calendar().Theme(), frame::Windows_Theme_Green);
-}
-
-TEST_F(Picker, EndDisplayCalendarIsNeverRaised) {
-  FocusPicker();
-  picker->ShowCalendar();
-  Key(platform::VK_ESCAPE);
-  picker->ShowCalendar();
-  Key(platform::VK_RETURN);
-  picker->ShowCalendar();
-  other->SetFocus();
-  platform::PumpMessages();
-  for (const std::string& line : Take()) EXPECT_NE(line, "EndDisplayCalendar");
 }
 
 TEST_F(Picker, TheBagKeepsEveryPropertyAndWritesNoDefaults) {
