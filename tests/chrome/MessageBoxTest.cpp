@@ -358,6 +358,29 @@ TEST_F(MessageBoxTest, DefaultThemeWinsAndButtonColoursOnlyWhereAsked) {
   EXPECT_EQ(gradient1, 0xFFEFE3u);  // theme 0's first gradient colour
 }
 
+TEST_F(MessageBoxTest, FontStyleReachesLabelButtonsAndFrame) {
+  auto font = std::make_shared<host::StdFont>(u"Arial", 12, true);
+  MessageBoxRequest r;
+  r.Prompt = u"Fonte";
+  r.Buttons = 1;
+  r.FontStyle = font;
+  r.ButtonGradientColors = 1;
+  bool labelBold = false, buttonsShare = false, frameShares = false;
+  int32_t gradientColors = -1;
+  RunBox([&] { return MX().USMsgBox(r); },
+         [&](MessageForm& box) {
+           labelBold = box.lblMensagemEx()->Font()->Bold() && box.lblMensagemEx()->Font()->SizePoints() == 12;
+           buttonsShare = box.OButton(0)->Font() == font && box.OButton(1)->Font() == font;
+           frameShares = box.USForm1()->Font() == font;
+           gradientColors = box.OButton(1)->GradientColors();
+           Key(VK_RETURN);
+         });
+  EXPECT_TRUE(labelBold);
+  EXPECT_TRUE(buttonsShare);
+  EXPECT_TRUE(frameShares);
+  EXPECT_EQ(gradientColors, 1);
+}
+
 TEST_F(MessageBoxTest, TitleSoundAndProvider) {
   String caption;
   RunBox([] { return MX().USMsgBox(u"x", 48); },
