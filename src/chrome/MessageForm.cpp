@@ -182,36 +182,32 @@ int32_t MessageForm::ShowMessageForm(const utility::MessageBoxRequest& request) 
   m_closing = false;
   m_announced = false;
 
-  // 1. The toolkit default theme wins over a theme argument that differs from it.
+  // The toolkit default theme wins over a theme argument that differs from it.
   const int32_t defaultTheme = utility::ToolkitDefaultTheme();
   const int32_t theme = request.Theme != defaultTheme ? defaultTheme : request.Theme;
   Step([&] { m_usForm->Theme(theme); });
-  // 2.
   m_escToClose = request.EscToClose;
-  // 3.
   const String title = TitleText(request.Title);
-  // 4.
   for (auto& button : m_buttons) ApplyButtonLook(*button, request, theme);
-  // 5.
   if (request.FontStyle) Step([&] { m_label->Font(request.FontStyle); });
-  // 6. One line as wide as the text until the limits below say otherwise.
+  // One line as wide as the text until the limits below say otherwise.
   Step([&] { m_label->AutoSize(true); });
   Step([&] { m_label->WordWrap(false); });
   if (m_markup) Step([&] { m_label->Caption(request.Prompt); });
   else Step([&] { m_label->NoHTMLCaption(request.Prompt); });
-  // 7.
+  // Between 3500 and 8000 twips; a longer text wraps at 8000 and is measured again.
   if (m_label->Width() < kLabelMinWidth) {
     SetLabelWidth(kLabelMinWidth);
   } else if (m_label->Width() > kLabelMaxWidth) {
     SetLabelWidth(kLabelMaxWidth);
     Step([&] { m_label->Refresh(); });
   }
-  // 8. The row must hold the buttons.
+  // The row must hold the buttons.
   const MessageStyle style = ReadMessageStyle(request.Buttons);
   const int32_t count = CountMessageButtons(style.style);
   const auto minimum = static_cast<float>(MessageButtonsMinimumWidth(count));
   if (m_label->Width() < minimum) SetLabelWidth(minimum);
-  // 9. The form around the label, in the middle of the work area.
+  // The form around the label, in the middle of the work area.
   const float width = kLabelLeft + m_label->Width() + kRightMargin;
   const float height = kLabelTop + m_label->Height() + (m_markup ? kBottomMarkup : kBottomPlain);
   const host::Screen& screen = host::GetScreen();
@@ -222,7 +218,7 @@ int32_t MessageForm::ShowMessageForm(const utility::MessageBoxRequest& request) 
   Step([&] { m_label->Move(kLabelLeft, kLabelTop, m_label->Width(), m_label->Height()); });
   Step([&] { m_form->Move(std::max(0.0f, left), Variant(std::max(0.0f, top)), Variant(width), Variant(height)); });
   Step([&] { m_panel->Move(0, height - kPanelHeight, width, kPanelHeight); });
-  // 10.
+  // The ground, the icon, the title and the gradient's colours on the frame.
   Step([&] { m_form->BackColor(request.BackColor); });
   if (request.Icon) Step([&] { m_usForm->Icon(request.Icon); });
   Step([&] { m_form->Caption(title); });
@@ -230,23 +226,19 @@ int32_t MessageForm::ShowMessageForm(const utility::MessageBoxRequest& request) 
   Step([&] { m_usForm->GradientColor1(request.BackgoundGradientColor1); });
   Step([&] { m_usForm->GradientColor2(request.BackgoundGradientColor2); });
   if (request.FontStyle) Step([&] { m_usForm->Font(request.FontStyle); });
-  // 11.
   ArrangeMessageButtons(style);
-  // 12. A time-out of 0 (or less) never fires.
+  // trmUnload's interval: a time-out of 0 (or less) never fires.
   m_unloadInterval = static_cast<uint32_t>(std::max(0, request.WaitTimes));
-  // 13.
   m_fadeIn = request.FadeIN;
   m_fadeOut = request.FadeOUT;
-  // 14.
   if (request.TranslucentLevel != 0) Step([&] { frame::SetWindowTranslucency(FormWindow(), request.TranslucentLevel); });
-  // 15. The gradient stays: the form's ground is painted so on every erase from now on.
+  // The gradient stays: the form's ground is painted so on every erase from now on.
   m_drawGradient = request.DrawGradient;
   if (m_drawGradient) Step([&] { m_usForm->DrawGradient(); });
   // The transparent label and panel take the ground as it now is.
   Step([&] { m_label->Refresh(); });
   Step([&] { m_panel->Repaint(); });
 
-  // 16.
   if (request.PlaySound) MessageBeep(MessageSoundForStyle(style.style));
   m_running = true;
   ++m_showCount;

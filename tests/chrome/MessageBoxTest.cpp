@@ -69,12 +69,6 @@ TEST(MessageStyleTest, ButtonTableAndResults) {
   EXPECT_EQ(MessageButtonResult(u"Sim"), 0);
 }
 
-TEST(MessageStyleTest, PromptAmpersandsAreDoubled) {
-  EXPECT_EQ(utility::DoubleAmpersands(u"Tom & Jerry"), u"Tom && Jerry");
-  EXPECT_EQ(utility::DoubleAmpersands(u"&&"), u"&&&&");
-  EXPECT_EQ(utility::DoubleAmpersands(u""), u"");
-}
-
 // ---- Whole boxes -------------------------------------------------------------------------------
 
 class MessageBoxTest : public testing::ChromeTest {
@@ -338,47 +332,30 @@ TEST_F(MessageBoxTest, MarkupFormOnAnyLessThan) {
   EXPECT_EQ(MessageForm::frmMsgHTML().ShowCount() - markupBefore, 2);
 }
 
-TEST_F(MessageBoxTest, DefaultThemeWinsAndButtonColoursOnlyWhereAsked) {
+TEST_F(MessageBoxTest, DefaultThemeWinsAndArgumentsOnlyWhereAsked) {
   MX().SetDefautlToolkitTheme(0);
+  auto font = std::make_shared<host::StdFont>(u"Arial", 12, true);
   int32_t frameTheme = -1, buttonTheme = -1;
   host::OLE_COLOR fore = 1, border = 1, gradient1 = 1;
-  RunBox([] { return MX().USMsgBox(u"Tema", 0, Variant(), 4, 0xFFFFFF, 0x0000FF); },
+  bool fontEverywhere = false;
+  RunBox([&] { return MX().USMsgBox(u"Tema", 1, Variant(), 4, 0xFFFFFF, 0x0000FF, 0x7B3E00, 0x501A00, 0, 0x9A572B,
+                                    0x9A572B, 0x9A572B, 0x9A572B, 0xFFFFFF, 0xFFFFFF, font); },
          [&](MessageForm& box) {
            frameTheme = box.USForm1()->Theme();
            buttonTheme = box.OButton(0)->Theme();
            fore = box.OButton(0)->ForeColor();
-           border = box.OButton(0)->BorderColor();
+           border = box.OButton(1)->BorderColor();
            gradient1 = box.OButton(0)->GradientColor1();
+           fontEverywhere = box.lblMensagemEx()->Font() == font && box.OButton(1)->Font() == font &&
+                            box.USForm1()->Font() == font;
            Key(VK_RETURN);
          });
+  EXPECT_TRUE(fontEverywhere);
   EXPECT_EQ(frameTheme, 0);
   EXPECT_EQ(buttonTheme, 0);
   EXPECT_EQ(fore, 0x000000u);      // the default argument left theme 0's colour
   EXPECT_EQ(border, 0x0000FFu);    // a differing one is applied
   EXPECT_EQ(gradient1, 0xFFEFE3u);  // theme 0's first gradient colour
-}
-
-TEST_F(MessageBoxTest, FontStyleReachesLabelButtonsAndFrame) {
-  auto font = std::make_shared<host::StdFont>(u"Arial", 12, true);
-  MessageBoxRequest r;
-  r.Prompt = u"Fonte";
-  r.Buttons = 1;
-  r.FontStyle = font;
-  r.ButtonGradientColors = 1;
-  bool labelBold = false, buttonsShare = false, frameShares = false;
-  int32_t gradientColors = -1;
-  RunBox([&] { return MX().USMsgBox(r); },
-         [&](MessageForm& box) {
-           labelBold = box.lblMensagemEx()->Font()->Bold() && box.lblMensagemEx()->Font()->SizePoints() == 12;
-           buttonsShare = box.OButton(0)->Font() == font && box.OButton(1)->Font() == font;
-           frameShares = box.USForm1()->Font() == font;
-           gradientColors = box.OButton(1)->GradientColors();
-           Key(VK_RETURN);
-         });
-  EXPECT_TRUE(labelBold);
-  EXPECT_TRUE(buttonsShare);
-  EXPECT_TRUE(frameShares);
-  EXPECT_EQ(gradientColors, 1);
 }
 
 TEST_F(MessageBoxTest, TitleSoundAndProvider) {
