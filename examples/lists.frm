@@ -16,4 +16,19 @@ Begin VB.Form frmLists
       ItemTextLeft    =   6
       Redraw          =   -1  'True
    End
+   Begin Morvantix.USComboBox cboState 
+      Height          =   345
+      Left            =   4560
+      TabIndex        =   1
+      Top             =   120
+      Width           =   3360
+      _ExtentX        =   5927
+      _ExtentY        =   609
+      ListForeColor   =   &H00000000&
+      ListItemSelectedForeColor=   &H00000000&
+      ListBackColorEvenRows=   &H00FCFBFB&
+      NumberItemsToShow=   10
+      ListItemHeight  =   22
+      Redraw          =   -1  'True
+   End
 End

@@ -4,6 +4,7 @@
 
 #include "controls/USImageList.h"
 #include "entry/Registration.h"
+#include "entry/USComboBox.h"
 #include "entry/USListBox.h"
 #include "host/Err.h"
 #include "host/Form.h"
@@ -46,6 +47,46 @@ std::shared_ptr<controls::USImageList> RegionIcons() {
 
 }  // namespace
 
+void FillStatesCombo(USComboBox& combo, const std::shared_ptr<host::Connection>& connection,
+                     const std::shared_ptr<controls::USImageList>& icons, host::StringView current,
+                     const std::shared_ptr<USListBox>& towns) {
+  auto rs = host::Recordset::Create();
+  rs->Open(u"SELECT rowid, Name, State, Region FROM states ORDER BY Name", connection);
+  auto fields = rs->GetFields();
+  if (icons) combo.SetUSImageList(icons);
+  // The fill holds the combo's painting and its Change; EndFill selects the row whose data is
+  // the tag, found on the way.
+  combo.BeginFill();
+  while (!rs->EOF_()) {
+    const int32_t id = fields->Item(host::Variant(int32_t{0}))->Value().ToLong();
+    const host::String state = fields->Item(host::Variant(int32_t{2}))->Value().ToString();
+    combo.AddItem(fields->Item(host::Variant(int32_t{1}))->Value(), id,
+                  fields->Item(host::Variant(int32_t{3}))->Value().ToLong(), -1, USListBox::kListForeColor, true, {},
+                  nullptr, false, state);
+    if (state == current) combo.TagID(id);
+    rs->MoveNext();
+  }
+  rs->Close();
+  if (towns) {
+    // Choosing a state shows its first town in the list.
+    std::weak_ptr<USListBox> weak = towns;
+    combo.ListIndexChange.connect([&combo, weak] {
+      auto list = weak.lock();
+      const int32_t chosen = combo.ListIndex();
+      if (!list || chosen < 0) return;
+      const host::String state = combo.ItemTag(chosen);
+      for (int32_t i = 0; i < list->ListCount(); ++i) {
+        if (list->ItemTag(i) != state) continue;
+        list->TopIndex(i - list->VisibleRows() / 2);
+        list->ListIndex(i);
+        break;
+      }
+    });
+  }
+  // Wide enough for the longest name beside its icon, with room at both ends.
+  combo.EndFill(-1, true, 16 + 12);
+}
+
 int RenderListsExample(const std::string& formPath, const std::string& dbPath, const std::string& pngPath,
                        std::ostream& err) {
   RegisterControls();
@@ -86,6 +127,13 @@ int RenderListsExample(const std::string& formPath, const std::string& dbPath, c
       rs->MoveNext();
     }
     rs->Close();
+    // A combo of the states beside the list, when the form has one, chooses the state shown.
+    for (const auto& c : form->Controls()) {
+      if (auto combo = std::dynamic_pointer_cast<USComboBox>(c)) {
+        FillStatesCombo(*combo, connection, RegionIcons(), u"SP", list);
+        break;
+      }
+    }
     // The first town of São Paulo is current, scrolled to the middle of the window.
     int32_t current = -1;
     for (int32_t i = 0; i < list->ListCount() && current < 0; ++i)
