@@ -127,6 +127,9 @@ void USDatePicker::CloseCalendar() {
   Step([&] { platform::ShowWindow(m_calendar->hWnd(), platform::SW_HIDE); });
   Step([&] { GiveFocusBack(); });
   Step([&] { Click(); });
+  // The focus may have gone elsewhere while a month button held it, unseen by the control: the
+  // control is left now.
+  if (m_hasFocus && !OwnsWindow(platform::GetFocus())) Step([&] { LeaveControl(); });
 }
 
 // ---- TRelease ---------------------------------------------------------------------------------

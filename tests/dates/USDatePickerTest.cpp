@@ -179,6 +179,20 @@ TEST_F(Picker, TheMonthButtonsGiveTheFocusBackAndKeepTheCalendarOpen) {
   EXPECT_EQ(host::Month(picker->Calendar().CurrentDate()), 2);
   EXPECT_EQ(platform::GetFocus(), picker->TextField().hWndEx());
   EXPECT_TRUE(Take().empty());
+
+  // A press on a month button released off it keeps the focus there, where the control cannot
+  // see it go; a press elsewhere then closes the calendar and leaves the control all the same.
+  Wait(1000);
+  Hold(platform::POINT{(b.left + b.right) / 2, (b.top + b.bottom) / 2});
+  platform::InjectMouseMove(b.right + 40, b.bottom + 40);
+  Release();
+  ASSERT_EQ(platform::GetFocus(), next);
+  platform::RECT o{};
+  platform::GetWindowRect(other->hWnd(), &o);
+  Press(platform::POINT{o.left + 20, o.top + 10});
+  Wait(100);
+  EXPECT_FALSE(picker->IsCalendarOpen());
+  EXPECT_FALSE(picker->HasFocus());
 }
 
 TEST_F(Picker, UpAndDownStepDayByDayAcrossMonthEnds) {
