@@ -368,6 +368,27 @@ TEST_F(ComboTest, LateBindingReachesEveryKindOfMember) {
   EXPECT_THROW(combo->Invoke(u"ListCount", host::CallKind::Let, value), host::RuntimeError);
 }
 
+TEST_F(ComboTest, ThemeCopiesThePaletteIntoTheComboAndItsList) {
+  combo->Theme(frame::Office_Theme_Blue);
+  EXPECT_EQ(combo->BorderColor(), 0xE2A981u);
+  EXPECT_EQ(combo->BorderColorOver(), 0xBBF2FFu);
+  EXPECT_EQ(combo->BackColorOnShowList(), 0xFFFFFFu);  // the light gradient shifted by 140 is held at white
+  const USListBox& list = combo->USListBox1();
+  EXPECT_EQ(list.ItemSelectedColor1(), 0xFFE8CCu);
+  EXPECT_EQ(list.ItemSelectedBorderColor(), 0xFFD199u);
+  EXPECT_EQ(list.BackColorEvenRows(), 0xF7F7F7u);
+  EXPECT_EQ(list.ForeColor(), 0x000000u);
+  EXPECT_EQ(list.ForeColorSelected(), 0x000000u);
+  // Themes past the first two lighten the border: red's 0x5050C7 by 120, held at 255.
+  combo->Theme(frame::Windows_Theme_Red);
+  EXPECT_EQ(combo->BorderColor(), 0xC8C8FFu);
+  EXPECT_EQ(combo->BackColorOnShowList(), 0xDCDCFFu);
+  EXPECT_EQ(platform::CaptureWindow(combo->hWnd()).color(0, 0), 0xC8C8FFu);
+  // Colours set after a theme stay until the next theme.
+  combo->ListForeColor(0x123456);
+  EXPECT_EQ(list.ForeColor(), 0x123456u);
+}
+
 TEST_F(ComboTest, BagKeepsDefaultsAndChanges) {
   // A combo read from an empty bag writes back only its font.
   host::PropertyBag empty;
