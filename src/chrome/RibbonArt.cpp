@@ -5,6 +5,7 @@
 #include "chrome/CaptionButtonArt.h"
 #include "frame/Drawing.h"
 #include "frame/Themes.h"
+#include "platform/Gdi.h"
 
 namespace mx::chrome {
 
@@ -69,7 +70,13 @@ void DownArrow(HDC dc, const RECT& r, OLE_COLOR c) {
 }  // namespace
 
 void FillVerticalRamp(HDC dc, const RECT& rect, int32_t spanTop, int32_t spanBottom, OLE_COLOR c1, OLE_COLOR c2) {
-  const int32_t top = std::max(rect.top, spanTop), bottom = std::min(rect.bottom, spanBottom);
+  int32_t top = std::max(rect.top, spanTop), bottom = std::min(rect.bottom, spanBottom);
+  // Rows outside the DC's clip would draw nothing: skip them rather than fill them one by one.
+  RECT clip{};
+  if (platform::GetClipBox(dc, &clip) != 0 && clip.bottom > clip.top) {
+    top = std::max(top, clip.top);
+    bottom = std::min(bottom, clip.bottom);
+  }
   if (rect.right <= rect.left || bottom <= top) return;
   const int32_t last = std::max(1, spanBottom - spanTop - 1);
   for (int32_t y = top; y < bottom; ++y) {

@@ -316,8 +316,13 @@ class USRibbon : public controls::CaptionControl {
   void MoveButtonFocus(int32_t step);
   void ElementPosition(const RibbonElement& e, float& x, float& y) const;
 
-  // Painting (USRibbonPaint.cpp).
-  void Compose();
+  // Shows or hides one member, marking its rectangle for the next partial composition.
+  void SetVisible(RibbonArray array, int32_t row, bool on);
+  void MarkDirty(const platform::RECT& r);
+  // Painting (USRibbonPaint.cpp). Compose paints the whole band, or only `area` when given;
+  // ComposeDirty paints what SetVisible marked since the last composition.
+  void Compose(const platform::RECT* area = nullptr);
+  void ComposeDirty();
 
   // Persisted.
   int32_t m_theme = 2;
@@ -357,6 +362,7 @@ class USRibbon : public controls::CaptionControl {
   int32_t m_focusButton = -1;
   int32_t m_composeCount = 0;
   platform::POINT m_lastPointer{-1, -1};
+  platform::RECT m_dirty{};
   std::unique_ptr<frame::APIMouseEvents> m_mouseEx;
   std::unique_ptr<frame::APITooltip> m_toolTip;
   std::unique_ptr<RibbonParentWatch> m_parentWatch;

@@ -58,20 +58,20 @@ void USRibbon::ShowHover(RibbonTarget t, bool on) {
     case RibbonHit::Tab:
       // The selected tab has no hover mark: it is lit already.
       if (on && m_tabs[static_cast<size_t>(t.row)].index == m_currentTab) on = false;
-      for (A a : {A::Tab_left_over, A::Tab_center_over, A::Tab_right_over}) Member(a, t.row).Visible = on;
+      for (A a : {A::Tab_left_over, A::Tab_center_over, A::Tab_right_over}) SetVisible(a, t.row, on);
       break;
     case RibbonHit::Button: {
-      for (A a : {A::Button_left_over, A::Button_center_over, A::Button_right_over}) Member(a, t.row).Visible = on;
+      for (A a : {A::Button_left_over, A::Button_center_over, A::Button_right_over}) SetVisible(a, t.row, on);
       const bool mark = m_buttons[static_cast<size_t>(t.row)].showDlg;
-      Member(A::Glip_on, t.row).Visible = mark && on;
-      Member(A::Glip_off, t.row).Visible = mark && !on;
+      SetVisible(A::Glip_on, t.row, mark && on);
+      SetVisible(A::Glip_off, t.row, mark && !on);
       break;
     }
     case RibbonHit::Launcher:
-      Member(A::Cat_Dlg_over, t.row).Visible = on;
+      SetVisible(A::Cat_Dlg_over, t.row, on);
       break;
     case RibbonHit::TabButton:
-      Member(A::TabButonOn, t.row).Visible = on;
+      SetVisible(A::TabButonOn, t.row, on);
       break;
     default:
       break;
@@ -98,10 +98,13 @@ void USRibbon::UpdateToolTip(RibbonTarget target) {
     Step([&] { m_toolTip.reset(); });
     return;
   }
-  // A new tip for each item, so that its delay starts again from the item's entry.
+  // From one item with a tip to the next only the text changes, which a live tip takes at once.
   Step([&] {
+    if (m_toolTip && m_toolTip->hWnd()) {
+      if (m_toolTip->TipText() != tip) m_toolTip->TipText(tip);
+      return;
+    }
     if (!m_toolTip) m_toolTip = std::make_unique<frame::APITooltip>();
-    m_toolTip->Destroy();
     m_toolTip->Style(frame::ToolTip_Standard);
     m_toolTip->TipText(tip);
     m_toolTip->Create(UserControl::hWnd());
@@ -112,8 +115,8 @@ void USRibbon::SetHoverCategory(int32_t catRow) {
   if (catRow == m_hoverCat) return;
   const auto show = [&](int32_t row, bool on) {
     if (row < 0 || row >= CatCount()) return;
-    for (A a : {A::Cat_Left_on, A::Cat_Center_on, A::Cat_Right_on}) Member(a, row).Visible = on;
-    if (m_cats[static_cast<size_t>(row)].showDlg) Member(A::Cat_Dlg_on, row).Visible = on;
+    for (A a : {A::Cat_Left_on, A::Cat_Center_on, A::Cat_Right_on}) SetVisible(a, row, on);
+    if (m_cats[static_cast<size_t>(row)].showDlg) SetVisible(A::Cat_Dlg_on, row, on);
   };
   show(m_hoverCat, false);
   m_hoverCat = catRow;
@@ -124,13 +127,13 @@ void USRibbon::ShowPressed(RibbonTarget t, bool on) {
   if (t.row < 0) return;
   switch (t.kind) {
     case RibbonHit::Button:
-      for (A a : {A::Button_left, A::Button_center, A::Button_right}) Member(a, t.row).Visible = on;
+      for (A a : {A::Button_left, A::Button_center, A::Button_right}) SetVisible(a, t.row, on);
       break;
     case RibbonHit::Launcher:
-      Member(A::Cat_Dlg_down, t.row).Visible = on;
+      SetVisible(A::Cat_Dlg_down, t.row, on);
       break;
     case RibbonHit::TabButton:
-      Member(A::TabButonOver, t.row).Visible = on;
+      SetVisible(A::TabButonOver, t.row, on);
       break;
     default:
       break;
@@ -148,9 +151,6 @@ void USRibbon::ApplyPointer(RibbonTarget target) {
 
 void USRibbon::PointerMoved(int32_t x, int32_t y) {
   if (!m_built) return;
-  const RibbonTarget oldHover = m_hover;
-  const int32_t oldCat = m_hoverCat;
-  const RibbonTarget pressed = m_pressed;
   RibbonTarget t = HitTest(x, y);
   if (t.kind == RibbonHit::Button && !ButtonRowEnabled(t.row)) t = {};
   // The category under the pointer, whatever lies over its plate.
@@ -160,19 +160,9 @@ void USRibbon::PointerMoved(int32_t x, int32_t y) {
   SetHoverCategory(cat);
   SetHover(t.kind == RibbonHit::Category ? RibbonTarget{} : t);
   // A pressed item shows pressed only while the pointer is over it.
-  bool pressChanged = false;
-  if (m_pressed.kind != RibbonHit::None) {
-    const bool over = t == m_pressed;
-    const RibbonElement* probe = nullptr;
-    if (m_pressed.kind == RibbonHit::Button) probe = &Element(A::Button_left, m_pressed.row);
-    else if (m_pressed.kind == RibbonHit::Launcher) probe = &Element(A::Cat_Dlg_down, m_pressed.row);
-    else if (m_pressed.kind == RibbonHit::TabButton) probe = &Element(A::TabButonOver, m_pressed.row);
-    if (probe && probe->Visible != over) {
-      ShowPressed(m_pressed, over);
-      pressChanged = true;
-    }
-  }
-  if (oldHover != m_hover || oldCat != m_hoverCat || pressChanged || pressed != m_pressed) Compose();
+  if (m_pressed.kind != RibbonHit::None) ShowPressed(m_pressed, t == m_pressed);
+  // Only what changed is painted again; a move inside one item paints nothing.
+  ComposeDirty();
 }
 
 void USRibbon::PointerLeft() {
@@ -180,7 +170,7 @@ void USRibbon::PointerLeft() {
   if (m_hover.kind == RibbonHit::None && m_hoverCat < 0) return;
   SetHover({});
   SetHoverCategory(-1);
-  Compose();
+  ComposeDirty();
 }
 
 // ---- Clicks and events --------------------------------------------------------------------------------
@@ -256,8 +246,15 @@ void USRibbon::PressAt(int32_t x, int32_t y) {
     ShowPressed(m_pressed, false);
     m_pressed = t;
     ShowPressed(t, true);
-    if (t.kind == RibbonHit::Button) m_focusButton = t.row;
-    Compose();
+    if (t.kind == RibbonHit::Button && t.row != m_focusButton) {
+      // The focus mark moves with the press: both buttons are painted again.
+      if (m_showButtonFocus && m_hasFocus) {
+        if (InCurrentView(m_focusButton)) MarkDirty(Element(A::ButMouse, m_focusButton).Rect());
+        MarkDirty(Element(A::ButMouse, t.row).Rect());
+      }
+      m_focusButton = t.row;
+    }
+    ComposeDirty();
   });
 }
 
@@ -280,7 +277,7 @@ void USRibbon::UserControl_MouseUp(int16_t& Button, int16_t& /*Shift*/, float& X
   Step([&] {
     ShowPressed(pressed, false);
     m_pressed = {};
-    Compose();
+    ComposeDirty();
   });
   if (t == pressed) RunClick(pressed);
 }

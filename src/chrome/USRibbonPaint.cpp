@@ -43,21 +43,55 @@ bool IsHitArea(A a) { return a == A::TabMouse || a == A::CatMouse || a == A::But
 
 }  // namespace
 
-void USRibbon::Compose() {
+void USRibbon::SetVisible(A array, int32_t row, bool on) {
+  RibbonElement& e = Member(array, row);
+  if (e.Visible == on) return;
+  e.Visible = on;
+  MarkDirty(e.Rect());
+}
+
+void USRibbon::MarkDirty(const platform::RECT& r) {
+  if (r.right <= r.left || r.bottom <= r.top) return;
+  if (m_dirty.right <= m_dirty.left || m_dirty.bottom <= m_dirty.top) m_dirty = r;
+  else platform::UnionRect(&m_dirty, &m_dirty, &r);
+}
+
+void USRibbon::ComposeDirty() {
+  const platform::RECT area = m_dirty;
+  m_dirty = {};
+  if (area.right <= area.left || area.bottom <= area.top) return;
+  Compose(&area);
+}
+
+void USRibbon::Compose(const platform::RECT* area) {
+  // Whatever was marked is covered by this composition.
+  if (!area) m_dirty = {};
   if (!m_built) return;
   const platform::HWND wnd = UserControl::hWnd();
   if (!wnd) return;
   platform::RECT rc{};
   platform::GetClientRect(wnd, &rc);
   if (rc.right <= 0 || rc.bottom <= 0) return;
+  platform::RECT paint = rc;
+  if (area && !platform::IntersectRect(&paint, &rc, area)) return;
   ++m_composeCount;
   Step([&] { UserControl::AutoRedraw(true); });
   const platform::HDC dc = UserControl::hDC();
+  // A partial composition paints every member that reaches into the area, clipped to it: the
+  // result is the same as a whole one there.
+  const bool clipped = area != nullptr;
+  if (clipped) {
+    Step([&] {
+      const platform::HRGN rgn = platform::CreateRectRgnIndirect(&paint);
+      platform::SelectClipRgn(dc, rgn);
+      platform::DeleteObject(rgn);
+    });
+  }
   const RibbonColours colours = RibbonThemeColours(m_theme);
   const int32_t bandTop = LayoutValue(m_theme, m_showTabs) / 15 - 3;
   Step([&] {
-    frame::FillRectColor(dc, rc, colours.strip2);
-    FillVerticalRamp(dc, rc, 0, std::max(1, bandTop), colours.strip1, colours.strip2);
+    frame::FillRectColor(dc, paint, colours.strip2);
+    FillVerticalRamp(dc, paint, 0, std::max(1, bandTop), colours.strip1, colours.strip2);
   });
   Step([&] { platform::SetBkMode(dc, platform::TRANSPARENT); });
 
@@ -68,6 +102,9 @@ void USRibbon::Compose() {
     for (size_t i = 1; i < members.size(); ++i) {
       const RibbonElement& e = members[i];
       if (!e.Visible || e.Width <= 0 || e.Height <= 0) continue;
+      if (clipped && (e.Left >= paint.right || e.Left + e.Width <= paint.left || e.Top >= paint.bottom ||
+                      e.Top + e.Height <= paint.top))
+        continue;
       Step([&] {
         platform::RECT r = e.Rect();
         switch (array) {
@@ -127,6 +164,7 @@ void USRibbon::Compose() {
       Step([&] { platform::DrawFocusRect(dc, &r); });
     }
   }
+  if (clipped) Step([&] { platform::SelectClipRgn(dc, 0); });
   Step([&] { UserControl::AutoRedraw(false); });
   Step([&] { UserControl::Refresh(); });
 }

@@ -59,6 +59,36 @@ TEST_F(RibbonGoldenTest, OfficeLookWithATabHoveredAndALauncherPressed) {
   EXPECT_EQ(changedOutside, 0);
 }
 
+TEST_F(RibbonGoldenTest, HoverPaintsOnlyWhatChangedAndMatchesAWholePaint) {
+  for (int32_t theme : {0, 3}) {
+    auto r = MakeLook(theme);
+    // A walk over buttons, a launcher, tabs and tab buttons, with presses on the way.
+    MoveOver(*r, A::ButMouse, 0);
+    MoveOver(*r, A::ButMouse, 3);
+    MoveOver(*r, A::Cat_Dlg, 0);
+    Press(true);
+    MoveOver(*r, A::TabMouse, 2);
+    Press(false);
+    MoveOver(*r, A::ButTabMouse, 1);
+    Press(true);
+    MoveOver(*r, A::ButMouse, 1);
+    const std::vector<uint32_t> partial = Pixels(platform::CaptureWindow(r->hWnd()));
+    const int32_t composed = r->ComposeCount();
+    Press(false);
+    MoveOver(*r, A::ButMouse, 1);
+    // The pressed plate went when the pointer left it: the release has nothing to paint.
+    EXPECT_EQ(r->ComposeCount(), composed);
+    MoveOver(*r, A::ButTabMouse, 1);
+    Press(true);
+    MoveOver(*r, A::ButMouse, 1);
+    // The same marks painted from scratch.
+    r->ShowButtonFocus(false);
+    EXPECT_EQ(Pixels(platform::CaptureWindow(r->hWnd())), partial) << theme;
+    Press(false);
+    r->Parent()->Unload();
+  }
+}
+
 TEST_F(RibbonGoldenTest, SlicesJoinWithoutSeamsAndTheOfficeBandIsBrighter) {
   auto brightness = [](uint32_t p) { return ((p >> 16) & 0xFF) + ((p >> 8) & 0xFF) + (p & 0xFF); };
   int32_t bandBrightness[2] = {};
