@@ -427,7 +427,7 @@ void USRibbon::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   });
   // A form file names the image-list control; a bag filled by code may hold the control itself.
   Step([&] {
-    const Variant list = read(u"ImageList", Variant::Nothing());
+    const Variant list = read(u"ImageList", Variant(String()));
     if (auto control = std::dynamic_pointer_cast<controls::USImageList>(list.Obj())) m_imageList = control;
     else if (list.IsString()) m_imageListName = list.ToString();
   });

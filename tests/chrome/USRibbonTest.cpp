@@ -440,6 +440,29 @@ TEST_F(RibbonTest, ARibbonAtTheFormsLeftKeepsTheFormsWidth) {
   EXPECT_EQ(r->Width(), width);
 }
 
+TEST_F(RibbonTest, TheImageListIsSavedByNameAndFoundOnTheFormAtShow) {
+  controls::RegisterControls();
+  auto r = MakeRibbon();
+  auto list = std::dynamic_pointer_cast<controls::USImageList>(
+      r->Parent()->AddControl(u"Morvantix.USImageList", u"ilIcons"));
+  ASSERT_NE(list, nullptr);
+  r->ImageList(list);
+  host::PropertyBag bag;
+  r->SaveTo(bag);
+  EXPECT_EQ(bag.ReadProperty(u"ImageList", Variant(String())).ToString(), u"ilIcons");
+
+  auto form = std::make_shared<host::Form>(u"frmOther");
+  m_forms.push_back(form);
+  auto other = std::dynamic_pointer_cast<controls::USImageList>(form->AddControl(u"Morvantix.USImageList", u"ilIcons"));
+  auto copy = std::make_shared<USRibbon>();
+  form->SiteControl(copy, u"USRibbon1");
+  copy->LoadFrom(bag, true);
+  EXPECT_EQ(copy->ImageList(), nullptr);  // not looked up before the form shows
+  form->Show();
+  platform::PumpMessages();
+  EXPECT_EQ(copy->ImageList(), other);
+}
+
 TEST_F(RibbonTest, LateBindingAndTheRegistry) {
   auto made = host::CreateControl(u"Morvantix.USRibbon");
   ASSERT_TRUE(std::dynamic_pointer_cast<USRibbon>(made));
