@@ -427,6 +427,9 @@ class USComboBox : public host::UserControl {
   bool m_paintedFocus = false;
   // A row of the list was pressed: its click closes the list.
   bool m_rowPressed = false;
+  // While the list is open: refuses the focus and activation to the pop-up, so that the keys
+  // stay in txtCombo and the form stays active when a row is clicked.
+  platform::HHOOK m_focusHook = 0;
 };
 
 }  // namespace mx::entry

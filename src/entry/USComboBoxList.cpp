@@ -14,6 +14,7 @@
 #include "platform/Clock.h"
 #include "platform/Desktop.h"
 #include "platform/Gdi.h"
+#include "platform/Hook.h"
 #include "platform/Input.h"
 #include "platform/Messages.h"
 #include "platform/Text.h"
@@ -50,7 +51,8 @@ void USComboBox::ShowList() {
     const platform::DWORD style = static_cast<platform::DWORD>(platform::GetWindowLong(listWnd, platform::GWL_STYLE));
     const platform::DWORD exStyle =
         static_cast<platform::DWORD>(platform::GetWindowLong(listWnd, platform::GWL_EXSTYLE));
-    platform::SetWindowLongPtr(listWnd, platform::GWL_EXSTYLE, exStyle | platform::WS_EX_TOOLWINDOW);
+    platform::SetWindowLongPtr(listWnd, platform::GWL_EXSTYLE,
+                               exStyle | platform::WS_EX_TOOLWINDOW | platform::WS_EX_NOACTIVATE);
     platform::SetWindowLongPtr(listWnd, platform::GWL_STYLE,
                                (style & ~platform::WS_CHILD) | platform::WS_POPUP);
     platform::SetParent(listWnd, 0);
@@ -65,6 +67,16 @@ void USComboBox::ShowList() {
     Step([&] { m_list->ShowControl(); });
     Step([&] { platform::ShowWindow(listWnd, platform::SW_SHOWNA); });
     platform::SetTimer(UserControl::hWnd(), kReleaseTimerId, kReleaseInterval);
+    if (!m_focusHook) {
+      m_focusHook = platform::SetWindowsHookEx(
+          platform::WH_CBT, [this](int code, platform::WPARAM wParam, platform::LPARAM lParam) -> platform::LRESULT {
+            const auto target = static_cast<platform::HWND>(wParam);
+            const platform::HWND popup = m_list->hWnd();
+            const bool inPopup = popup && (target == popup || platform::IsChild(popup, target));
+            if ((code == platform::HCBT_SETFOCUS || code == platform::HCBT_ACTIVATE) && inPopup) return 1;
+            return platform::CallNextHookEx(m_focusHook, code, wParam, lParam);
+          });
+    }
   }
   // The current item is shown in the rows.
   Step([&] {
@@ -130,6 +142,10 @@ void USComboBox::HideList() {
   const platform::HWND own = UserControl::hWnd();
   const platform::HWND listWnd = m_list->hWnd();
   if (own) platform::KillTimer(own, kReleaseTimerId);
+  if (m_focusHook) {
+    platform::UnhookWindowsHookEx(m_focusHook);
+    m_focusHook = 0;
+  }
   const bool focusInList =
       listWnd && (platform::GetFocus() == listWnd || platform::IsChild(listWnd, platform::GetFocus()));
   if (listWnd) {
@@ -140,7 +156,8 @@ void USComboBox::HideList() {
     const platform::DWORD exStyle =
         static_cast<platform::DWORD>(platform::GetWindowLong(listWnd, platform::GWL_EXSTYLE));
     platform::SetWindowLongPtr(listWnd, platform::GWL_HWNDPARENT, 0);
-    platform::SetWindowLongPtr(listWnd, platform::GWL_EXSTYLE, exStyle & ~platform::WS_EX_TOOLWINDOW);
+    platform::SetWindowLongPtr(listWnd, platform::GWL_EXSTYLE,
+                               exStyle & ~(platform::WS_EX_TOOLWINDOW | platform::WS_EX_NOACTIVATE));
     platform::SetWindowLongPtr(listWnd, platform::GWL_STYLE, (style & ~platform::WS_POPUP) | platform::WS_CHILD);
     if (own) platform::SetParent(listWnd, own);
     Step([&] { Layout(); });

@@ -176,7 +176,12 @@ TEST_F(ComboTest, ClickOnARowRaisesItemClickedAndCloses) {
   // The third row: rows are 26 pixels high below a one-pixel border.
   const platform::HWND pic = combo->USListBox1().PicLSThWnd();
   ASSERT_NE(pic, platform::HWND{0});
+  int deactivations = 0;
+  form->Deactivate.connect([&] { ++deactivations; });
   ClickAt(pic, 20, 2 * 26 + 10);
+  // The pop-up took neither the focus nor the activation from the form.
+  EXPECT_EQ(deactivations, 0);
+  EXPECT_EQ(platform::GetActiveWindow(), form->hWnd());
   platform::PumpMessages();
   EXPECT_FALSE(combo->IsListVisible());
   EXPECT_EQ(combo->ListIndex(), 2);
