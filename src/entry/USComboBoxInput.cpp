@@ -79,10 +79,8 @@ void USComboBox::ConnectList() {
   list.Scroll.connect([this] { Step([&] { Scroll(); }); });
   list.TopIndexChange.connect([this] { Step([&] { TopIndexChange(); }); });
   // A click on a row: pressed and released over the same enabled row, which is then current.
-  list.MouseDown.connect([this](int16_t& b, int16_t&, float&, float& y) {
-    m_rowPressed = b == host::vbLeftButton && m_listOpen;
-    (void)y;
-  });
+  list.MouseDown.connect(
+      [this](int16_t& b, int16_t&, float&, float&) { m_rowPressed = b == host::vbLeftButton && m_listOpen; });
   list.MouseUp.connect([this](int16_t& b, int16_t&, float& x, float& y) {
     if (!m_rowPressed || b != host::vbLeftButton) return;
     m_rowPressed = false;
@@ -112,6 +110,8 @@ bool USComboBox::OnTextSiteMessage(uint32_t msg, uintptr_t wParam, intptr_t lPar
     pass = key == u'\t' || (!m_listOpen && (key == u'\r' || key == 27));
   }
   if (!pass) return false;
+  // Tab leaves the combo: its list goes at once rather than at the next look of TRelease.
+  if (msg == platform::WM_KEYDOWN && key == platform::VK_TAB && m_listOpen) Step([&] { HideList(); });
   platform::SendMessageW(own, msg, wParam, lParam);
   return true;
 }

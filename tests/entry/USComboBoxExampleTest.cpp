@@ -2,6 +2,8 @@
 // chosen by its tag, its measured width, and a choice moving the towns list.
 #include "USComboBoxTestSupport.h"
 
+#include <cstdio>
+#include <cstdlib>
 #include <sstream>
 
 #include "entry/ListsExample.h"

@@ -267,6 +267,17 @@ TEST_F(ComboTest, HidingOrDisablingTheControlClosesItsList) {
   EXPECT_FALSE(combo->IsListVisible());
 }
 
+TEST_F(ComboTest, TabClosesTheListAndMovesOn) {
+  Fill({u"Aracaju", u"Belém"});
+  Focus();
+  combo->ShowList();
+  Take();
+  Press(platform::VK_TAB);
+  EXPECT_FALSE(combo->IsListVisible());
+  EXPECT_EQ(platform::GetFocus(), other->hWnd());
+  EXPECT_EQ(Take(), (Lines{"EndDisplayList"}));
+}
+
 TEST_F(ComboTest, ClickElsewhereClosesWhileFocusStays) {
   Fill({u"Aracaju", u"Belém"});
   Focus();
