@@ -78,6 +78,22 @@ TEST_F(GridInputTest, DraggingAHeaderEdgeResizesTheColumn) {
   EXPECT_EQ(g->MousePointer(), host::vbDefault);
 }
 
+TEST_F(GridInputTest, DoubleClickOnAHeaderEdgeSizesTheColumnToItsText) {
+  auto g = MakeFilled();
+  g->AllowColumnResizing(true);
+  MoveTo(*g, {101, HeaderCenter(*g, 0).y});
+  for (int i = 0; i < 2; ++i) {
+    Button(true);
+    Button(false);
+  }
+  const int fitted = g->ColWidthPixels(0);
+  EXPECT_NE(fitted, 100);
+  // The same width the column members give.
+  g->ColWidth(0, 1500);
+  g->SetColumnWidthAutoSize(0);
+  EXPECT_EQ(g->ColWidthPixels(0), fitted);
+}
+
 TEST_F(GridInputTest, ResizeCursorOnlyWhereResizingIsAllowed) {
   auto g = MakeFilled();
   g->AllowColumnResizing(false);
