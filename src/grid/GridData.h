@@ -410,8 +410,10 @@ class GridData {
   // ---- sort, search and columns: hooks ----
   // Close an open editor before sorting (UpdateCell); False when the editor refuses.
   [[nodiscard]] virtual bool OnSortCloseEditor() { return true; }
-  // Make a display row current (-1: none) after a sort or filter and bring it into view.
-  virtual void OnSetCurrentRow(int32_t displayRow) { m_row = displayRow; }
+  // Make a display row current (-1: none) after a sort or filter and bring it into view. With
+  // force the row becomes current even where a cell move would refuse it: after a sort it is
+  // the row that was current, only at another position.
+  virtual void OnSetCurrentRow(int32_t displayRow, bool /*force*/) { m_row = displayRow; }
   // Recalculate and repaint after a column operation.
   virtual void OnColumnsRefresh() { RepaintIfRedraw(); }
   // ---- end of sort, search and columns: hooks ----

@@ -140,9 +140,9 @@ void GridData::ApplyFilter(host::StringView filterText, int32_t searchColumn, in
     if (StoredRow(m_rowOrder[static_cast<size_t>(r)]).visible) firstShown = r;
   if (firstShown == -1) {
     SelectedClearAll();
-    OnSetCurrentRow(-1);
+    OnSetCurrentRow(-1, false);
   } else {
-    OnSetCurrentRow(firstShown);
+    OnSetCurrentRow(firstShown, false);
   }
   RepaintIfRedraw();
 }
@@ -169,7 +169,7 @@ void GridData::FilterOff(int32_t StartingRow) {
       if (row.visible && (row.flags & kRowLocked) == 0) current = r;
     }
   }
-  OnSetCurrentRow(current);
+  OnSetCurrentRow(current, false);
   RepaintIfRedraw();
 }
 

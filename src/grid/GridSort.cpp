@@ -170,7 +170,7 @@ void GridData::SortStorage(int32_t col1, int32_t type1, int32_t col2, int32_t ty
 
   if (current != -1) {
     const auto at = std::find(m_rowOrder.begin(), m_rowOrder.begin() + m_lastRow + 1, current);
-    OnSetCurrentRow(static_cast<int32_t>(at - m_rowOrder.begin()));
+    OnSetCurrentRow(static_cast<int32_t>(at - m_rowOrder.begin()), true);
   }
   RepaintIfRedraw();
   SortComplete();

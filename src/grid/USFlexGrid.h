@@ -149,7 +149,8 @@ class USFlexGrid : public host::UserControl, public GridData {
   void OnAutoSizeColumn(int32_t displayCol) override { AutoSizeColumn(displayCol); }
   void OnStretchCol(int32_t displayCol, int32_t offset) override { StretchCol(displayCol, offset); }
   void OnColumnsForceFit() override { ColumnsForceFit(); }
-  void OnSetCurrentRow(int32_t displayRow) override;
+  [[nodiscard]] bool OnSortCloseEditor() override { return UpdateCell(false); }
+  void OnSetCurrentRow(int32_t displayRow, bool force) override;
   void OnColumnsRefresh() override;
   // ---- end of sort, search and columns: the model's hooks ----
 

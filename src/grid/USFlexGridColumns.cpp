@@ -31,15 +31,17 @@ int32_t TextWidth(HDC dc, HFONT font, host::StringView text) {
 
 // ---- current row -------------------------------------------------------------------------------
 
-void USFlexGrid::OnSetCurrentRow(int32_t displayRow) {
-  GridData::OnSetCurrentRow(displayRow);
-  if (displayRow < 0 || !VerticalScrollBarVisible()) return;
-  // Into view: a row above the view becomes the first one; a row below it the last one.
-  if (displayRow < m_firstRow) {
-    m_scrollTo = displayRow;
-  } else if (m_rowLastVisible >= 0 && displayRow > m_rowLastVisible) {
-    m_scrollTo = std::max(0, displayRow - std::max(m_rowsVisible, 1) + 1);
+void USFlexGrid::OnSetCurrentRow(int32_t displayRow, bool force) {
+  if (displayRow < 0) {
+    if (Row() != -1) {
+      SetCurrentCell(-1, Col());
+      RowColChanged();
+    }
+    return;
   }
+  // The cell move raises RowColChanged when the position changes and scrolls the row into view.
+  MoveCurrentCell(displayRow, Col(), false, true);
+  if (force && Row() != displayRow) SetCurrentCell(displayRow, Col());
 }
 
 void USFlexGrid::OnColumnsRefresh() {
