@@ -93,8 +93,10 @@ int32_t USListBox::AddItem(const Variant& Item, int32_t ItemData, int32_t ItemIc
   m_items.push_back(std::move(r));
   m_selected.push_back(0);
   ++m_count;
-  // The bar's range changes with every item; the new row itself paints only when it is in view.
-  UpdateBar();
+  // The bar's range changes with every item, and each change repaints the bar: while it only
+  // grows, one update after the fill (a posted message) stands for all of them. The new row
+  // itself paints only when it is in view.
+  SyncBarLater();
   if (index <= LastVisibleIndex()) DrawList();
   return index;
 }
@@ -253,6 +255,8 @@ void USListBox::ListIndex(int32_t value) {
 void USListBox::TopIndex(int32_t value) {
   const int32_t top = std::clamp(value, 0, MaxTopIndex());
   if (top == m_topIndex) return;
+  // The editor sits over a row that is about to move: the edit ends with what was typed.
+  if (m_editing) EndEdit(true);
   m_topIndex = top;
   UpdateBar();
   DrawList();

@@ -314,6 +314,7 @@ class USListBox : public host::UserControl {
   void DestroyChildren();
   void LayoutChildren();
   void UpdateBar();
+  void SyncBarLater();
   void LayoutRows();
   void ApplyItemHeightAuto();
   void EnsurePicSurface(int32_t width, int32_t height);
@@ -382,6 +383,7 @@ class USListBox : public host::UserControl {
   bool m_mouseMoveDisabled = false;
   bool m_inBarChange = false;
   bool m_inLayout = false;
+  bool m_barSyncPosted = false;
   bool m_afterDoubleClick = false;
   int32_t m_listIndex = -1;
   // In Single mode the one item whose selected flag is set (-1: none), so that moving the

@@ -141,7 +141,9 @@ int32_t USListBox::IndexAtY(float y) const {
 
 void USListBox::PicMouseDown(int16_t button, int16_t shift, float x, float y) {
   m_afterDoubleClick = false;
-  if (button == host::vbLeftButton && UserControl::Enabled() && !m_editing) {
+  // A press on the rows ends an open edit, keeping what was typed, as leaving the box would.
+  if (m_editing) Step([&] { EndEdit(true); });
+  if (button == host::vbLeftButton && UserControl::Enabled()) {
     const int32_t row = IndexAtY(y);
     if (row >= 0 && m_items[static_cast<size_t>(row)].itemEnabled) {
       if (m_selectMode == Multiple) {

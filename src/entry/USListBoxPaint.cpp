@@ -28,6 +28,8 @@ using namespace mx::platform;
 namespace {
 
 constexpr char16_t kPicClass[] = u"MorvantixListBoxPic";
+// Posted to PicLST: bring the scroll bar up to date with the table.
+constexpr UINT kMsgSyncBar = WM_USER + 1;
 // The gap between an item's icon and its text.
 constexpr int32_t kIconTextGap = 4;
 
@@ -58,6 +60,10 @@ struct ListBoxWindows {
     switch (msg) {
       case WM_ERASEBKGND:
         return 1;
+      case kMsgSyncBar:
+        list->m_barSyncPosted = false;
+        Step([&] { list->UpdateBar(); });
+        return 0;
       case WM_PAINT: {
         PAINTSTRUCT ps{};
         HDC dc = BeginPaint(hwnd, &ps);
@@ -236,6 +242,20 @@ void USListBox::UpdateBar() {
   m_inBarChange = false;
   // The bar comes and goes with the need for it, and PicLST takes its room.
   if (needed != shown && !m_inLayout) LayoutChildren();
+}
+
+void USListBox::SyncBarLater() {
+  if (!m_bar || !m_redraw) return;
+  const bool needed = m_scrollBarWidth > 0 && m_count > VisibleRows();
+  const bool shown = (GetWindowLongPtr(m_bar->hWnd(), GWL_STYLE) & WS_VISIBLE) != 0;
+  // The bar appearing changes PicLST's width: that cannot wait.
+  if (needed != shown || !m_pic) {
+    UpdateBar();
+    return;
+  }
+  if (m_barSyncPosted) return;
+  m_barSyncPosted = PostMessage(m_pic, kMsgSyncBar, 0, 0) != 0;
+  if (!m_barSyncPosted) UpdateBar();
 }
 
 // ---- Surface ------------------------------------------------------------------------------------

@@ -165,6 +165,9 @@ TEST_F(ListBoxTest, BarFollowsTheTopAndMovesIt) {
   RECT pic{};
   GetClientRect(list->PicLSThWnd(), &pic);
   EXPECT_EQ(pic.right, kWidth - 13);
+  // The bar's range follows a fill once the queue runs, before any input can reach it.
+  PumpMessages();
+  EXPECT_EQ(list->Bar()->Max(), 3);
   list->Bar()->Value(2);
   EXPECT_EQ(list->TopIndex(), 2);
   EXPECT_EQ(Count("TopIndexChange"), 1);
@@ -253,6 +256,28 @@ TEST_F(ListBoxTest, ItemHeightAutoFollowsTheFont) {
   list->Font(font);
   EXPECT_GT(list->ItemHeight(), small + 5);
   EXPECT_EQ(list->VisibleRows(), kHeight / list->ItemHeight());
+}
+
+}  // namespace
+
+namespace {
+
+TEST_F(ListBoxTest, AClickOrAScrollEndsAnOpenEditKeepingTheText) {
+  Fill(20);
+  list->ListIndex(1);
+  list->StartEdit();
+  InjectText(u"Typed");
+  PumpMessages();
+  ClickAt(40, 3 * 26 + 5);
+  EXPECT_FALSE(list->IsEditing());
+  EXPECT_EQ(list->Item(1).ToString(), u"Typed");
+  EXPECT_EQ(list->ListIndex(), 3);
+  list->StartEdit();
+  InjectText(u"Other");
+  PumpMessages();
+  list->IncreaseBarValue();
+  EXPECT_FALSE(list->IsEditing());
+  EXPECT_EQ(list->Item(3).ToString(), u"Other");
 }
 
 }  // namespace
