@@ -75,11 +75,12 @@ void USFlexGrid::UserControl_MouseDown(int16_t& Button, int16_t& Shift, float& X
                  y >= m_metrics.captionHeight) {
         SetHeaderStates(m_headerHoverCol, col, -1);
       }
-    } else if (m_resizeRow >= 0 && MousePointer() == host::vbSizeNS) {
+    } else if (m_resizeRow >= 0 && m_resizeRow <= LastRow() && MousePointer() == host::vbSizeNS) {
       m_resizing = true;
       m_resizeStartSize = RowHeightAt(m_resizeRow);
     } else if (row >= 0) {
-      if (!UpdateCell(false)) {
+      // The close of an open editor runs AfterEdit, whose handler may change the rows.
+      if (!UpdateCell(false) || row > LastRow()) {
         MouseDown(Button, Shift, X, Y);
         return;
       }
@@ -92,9 +93,15 @@ void USFlexGrid::UserControl_MouseDown(int16_t& Button, int16_t& Shift, float& X
           RowCheckedEvent(row);
         } else {
           if (col >= 0 && StoredColumn(StorageCol(col)).dataType == TypeBoolean && AllowEdit() && !ColLocked(col) &&
-              InCheckBoxOfBooleanCell(row, col, x, y))
+              InCheckBoxOfBooleanCell(row, col, x, y)) {
             FlipBooleanCell(row, col, true);
-          const bool selected = (gr.flags & kRowSelected) != 0;
+            // The edit events may have emptied the grid or removed the row.
+            if (row > LastRow() || col >= Cols()) {
+              MouseDown(Button, Shift, X, Y);
+              return;
+            }
+          }
+          const bool selected = (StoredRow(StorageRow(row)).flags & kRowSelected) != 0;
           if (MultiSelect() < Multi_Standard) {
             if (ctrl) selectionChanged = SelectOnly(selected ? -1 : row);
             else if (!selected) selectionChanged = SelectOnly(row);
@@ -111,7 +118,8 @@ void USFlexGrid::UserControl_MouseDown(int16_t& Button, int16_t& Shift, float& X
           }
         }
         MoveCurrentCell(row, col, false, true);
-        if (col >= 0 && StoredColumn(StorageCol(col)).dataType == TypeButton) SetPressedButtonCell(row, col);
+        if (col >= 0 && col < Cols() && StoredColumn(StorageCol(col)).dataType == TypeButton)
+          SetPressedButtonCell(row, col);
       }
     }
   } else if (row >= 0 && (StoredRow(StorageRow(row)).flags & kRowLocked) == 0) {
@@ -125,7 +133,7 @@ void USFlexGrid::UserControl_MouseDown(int16_t& Button, int16_t& Shift, float& X
     MoveCurrentCell(row, col, false, true);
   }
   DrawGrid(GridData::Redraw());
-  if (row >= 0) CellClickEx(row, col >= 0 ? StorageCol(col) : -1, Button, Shift, X, Y);
+  if (row >= 0 && row <= LastRow()) CellClickEx(row, col >= 0 && col < Cols() ? StorageCol(col) : -1, Button, Shift, X, Y);
   if (selectionChanged) SelectionChanged();
   MouseDown(Button, Shift, X, Y);
 }
@@ -184,13 +192,13 @@ void USFlexGrid::UserControl_MouseMove(int16_t& Button, int16_t& Shift, float& X
     SetHeaderStates(AllowColumnHover() && inBand ? col : -1, m_headerPressedCol, m_headerMovingCol);
     UpdatePointerZones(x, y);
   } else if (Button & host::vbLeftButton) {
-    if (m_resizing && m_resizeCol >= 0) {
+    if (m_resizing && m_resizeCol >= 0 && m_resizeCol < Cols()) {
       const int32_t w = x - m_resizeColOffset;
       if (w > kMinimumDragWidth && w != ColWidthPixels(m_resizeCol)) {
         ColWidth(m_resizeCol, static_cast<float>(w) * TwipsPerPixel());
         if (m_editPending) PositionEditor();
       }
-    } else if (m_resizing && m_resizeRow >= 0) {
+    } else if (m_resizing && m_resizeRow >= 0 && m_resizeRow <= LastRow()) {
       const int32_t h = y - m_resizeRowOffset;
       if (h >= kMinimumDragHeight && h != RowHeightAt(m_resizeRow)) {
         GridData::RowHeight(m_resizeRow, h);
@@ -287,7 +295,7 @@ void USFlexGrid::UserControl_MouseUp(int16_t& Button, int16_t& Shift, float& X, 
     if (m_resizing) {
       m_resizing = false;
       // A press on the edge that moved nothing is no resize.
-      if (m_resizeCol >= 0 && ColWidthPixels(m_resizeCol) != m_resizeStartSize)
+      if (m_resizeCol >= 0 && m_resizeCol < Cols() && ColWidthPixels(m_resizeCol) != m_resizeStartSize)
         ColumnSizeChanged(m_resizeCol, StoredColumn(StorageCol(m_resizeCol)).moveControl);
     } else if (m_headerPressedCol >= 0) {
       const int32_t pressed = m_headerPressedCol;
@@ -307,7 +315,8 @@ void USFlexGrid::UserControl_MouseUp(int16_t& Button, int16_t& Shift, float& X, 
         const GridColumn& column = StoredColumn(StorageCol(col));
         const int16_t type = column.dataType;
         if ((EditTrigger() & OnMouseClick) && CellEditable(row, col)) BeginCellEdit(row, col);
-        if (CellImage(row, col) != 0 || (col == 0 && StoredRow(StorageRow(row)).image != 0)) CellImageClick(row, col);
+        if (row <= LastRow() && (CellImage(row, col) != 0 || (col == 0 && StoredRow(StorageRow(row)).image != 0)))
+          CellImageClick(row, col);
         if (CellHandPointer(row, col)) CellHandClick(row, col, Shift);
         if (type == TypeButton) CellButtonClick(row, col);
       }

@@ -356,6 +356,24 @@ TEST_F(GridEditTest, DeleteCheckedAsksOnceAndRebuildsOnce) {
   EXPECT_EQ(g->Row(), -1);
 }
 
+TEST_F(GridEditTest, HandlersThatEmptyTheGridInTheMiddleOfAClickLeaveItUsable) {
+  auto g = MakeEditable();
+  // A boolean cell's edit events clear the grid under the press.
+  g->AfterEdit.connect([&](int32_t, int32_t, host::String&, bool&) { g->Clear(); });
+  const platform::RECT c = g->GetColumnRect(2);
+  ClickAt(*g, {(c.left + c.right) / 2, CellCenter(*g, 3, 2).y});
+  EXPECT_EQ(g->Rows(), 0);
+  EXPECT_EQ(g->Row(), -1);
+  // And an edit closed by a press on another row does the same.
+  Fill(*g, 4);
+  ClickCell(*g, 1, 0);
+  Type(u"z");
+  ASSERT_TRUE(g->EditPending());
+  ClickCell(*g, 3, 0);
+  EXPECT_EQ(g->Rows(), 0);
+  EXPECT_FALSE(g->EditPending());
+}
+
 // A control bound to a column, seen only through late binding: it records what the grid asks
 // of it and knows no member beyond those, like a control with a smaller interface.
 class RecordingEditor : public host::Object {
