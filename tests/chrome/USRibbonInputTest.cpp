@@ -8,6 +8,7 @@
 #include "USRibbonTestSupport.h"
 #include "controls/Registration.h"
 #include "frame/APITooltip.h"
+#include "host/ScriptPlayer.h"
 #include "platform/HandleTable.h"
 #include "platform/Input.h"
 #include "platform/Messages.h"
@@ -141,6 +142,24 @@ TEST_F(RibbonTest, ClicksRaiseOneEventPerKindWithTheElementsPosition) {
   EXPECT_EQ(m_events, (Events{"TabClick 1"}));
   EXPECT_EQ(seen, 1);
   EXPECT_TRUE(r->Element(A::ButMouse, 4).Visible);
+}
+
+TEST_F(RibbonTest, EventsReachTheFormsSinkAsTheRunnerPrintsThem) {
+  std::vector<std::string> lines;
+  auto r = MakeRibbon({}, 600, 260, [&](host::StringView source, int32_t index, host::StringView name,
+                                       std::span<host::Variant> args) {
+    // The form's own events (Load, Activate) go by; the ribbon's are the ones looked at.
+    if (source == u"USRibbon1") lines.push_back(host::FormatEventLine(source, index, name, args));
+  });
+  FillStandard(*r);
+  r->Refresh();
+  ClickOver(*r, A::TabMouse, 2);
+  ClickOver(*r, A::TabMouse, 0);
+  ClickOver(*r, A::ButMouse, 1);
+  const RibbonElement& b = r->Element(A::ButMouse, 1);
+  EXPECT_EQ(lines, (Events{"EVENT USRibbon1.TabClick 2", "EVENT USRibbon1.TabClick 0",
+                           "EVENT USRibbon1.ButtonClick 101 " + std::to_string(b.Left * 15) + " " +
+                               std::to_string((b.Top + b.Height) * 15)}));
 }
 
 TEST_F(RibbonTest, PressShowsThePressedPictureAndOnlyAReleaseOverTheSameItemClicks) {

@@ -38,8 +38,10 @@ inline void FillStandard(USRibbon& r) {
 class RibbonTest : public ChromeTest {
  protected:
   // A run-time form of w x h pixels with a ribbon read from `bag` across its top.
-  std::shared_ptr<USRibbon> MakeRibbon(host::PropertyBag bag = {}, int w = 600, int h = 260) {
+  std::shared_ptr<USRibbon> MakeRibbon(host::PropertyBag bag = {}, int w = 600, int h = 260,
+                                       host::Form::FormEventSink sink = {}) {
     auto form = std::make_shared<host::Form>(u"frmRibbon");
+    if (sink) form->SetEventSink(std::move(sink));
     form->Caption(u"Ribbon");
     form->Move(100 * 15.0f, host::Variant(100 * 15.0f), host::Variant(static_cast<float>(w * 15)),
                host::Variant(static_cast<float>(h * 15)));
