@@ -162,6 +162,21 @@ TEST_F(RibbonTest, EventsReachTheFormsSinkAsTheRunnerPrintsThem) {
                                std::to_string((b.Top + b.Height) * 15)}));
 }
 
+TEST_F(RibbonTest, ARibbonWithoutAFormReportsPositionsInItsOwnPixels) {
+  auto r = std::make_shared<USRibbon>();
+  r->Move(0, 0, 500 * 15, 1800);
+  r->LoadNew(true);
+  FillStandard(*r);
+  r->Refresh();
+  r->ShowControl();
+  platform::PumpMessages();
+  Record(*r);
+  ClickOver(*r, A::ButMouse, 3);
+  const RibbonElement& b = r->Element(A::ButMouse, 3);
+  EXPECT_EQ(m_events, (Events{"ButtonClick 103 " + std::to_string(b.Left) + " " + std::to_string(b.Top + b.Height)}));
+  r->TerminateControl();
+}
+
 TEST_F(RibbonTest, PressShowsThePressedPictureAndOnlyAReleaseOverTheSameItemClicks) {
   auto r = MakeFilled();
   Record(*r);
