@@ -73,7 +73,9 @@ void USFlexGrid::UserControl_MouseDown(int16_t& Button, int16_t& Shift, float& X
         m_resizeStartSize = ColWidthPixels(m_resizeCol);
       } else if ((AllowColumnSort() || AllowColumnSwap() || AllowColumnDrag()) && col >= 0 &&
                  y >= m_metrics.captionHeight) {
-        SetHeaderStates(m_headerHoverCol, col, -1);
+        // A press that may sort or move columns first closes the editor: its cell is named by
+        // display position, which either would change under it.
+        if (UpdateCell(false)) SetHeaderStates(m_headerHoverCol, col, -1);
       }
     } else if (m_resizeRow >= 0 && m_resizeRow <= LastRow() && MousePointer() == host::vbSizeNS) {
       m_resizing = true;

@@ -131,6 +131,16 @@ TEST_F(GridInputTest, HeaderDragWithSwapExchangesTwoColumnsAndKeepsTheData) {
   EXPECT_EQ(log.Count("ColumnOrderChanged(0,2)"), 1);
   // A move is no click: no sort and no ColumnClick.
   EXPECT_EQ(log.Count("ColumnClick"), 0);
+  // An edit open when the header is pressed is written to its own column first.
+  g->AllowEdit(true);
+  g->ForceCellEdit(0, 2);
+  Type(u"Zed");
+  MoveTo(*g, HeaderCenter(*g, 2));
+  Button(true);
+  EXPECT_FALSE(g->EditPending());
+  MoveTo(*g, HeaderCenter(*g, 0));
+  Button(false);
+  EXPECT_EQ(g->StoredRow(0).cells[0].text.Str(), u"Zed");
 }
 
 TEST_F(GridInputTest, HeaderDragWithDragMovesOneColumnAndShiftsTheOthers) {
