@@ -24,14 +24,14 @@ constexpr uint32_t kBeepAsterisk = 0x40;
 MessageStyle ReadMessageStyle(int32_t buttons) {
   MessageStyle s;
   s.style = buttons == 0 ? 64 : buttons;
-  // The default-button flags sit above every buttons-and-icon value (at most 64 + 5): a value
-  // that holds the flag is brought back to the table's range. A value that does not hold it
-  // (65 to 69, the icon 64 with its buttons) is the table's own and stays.
-  if (s.style > 64 && s.style < 321 && s.style >= 256) {
+  // The default-button flags are read by range, not by bit: anything over 64 and under 321
+  // loses 256, anything over 64 and under 577 (still) loses 512. So 65 to 69, the icon 64 with
+  // buttons, fall below 0 and show no button at all, like the question icon.
+  if (s.style > 64 && s.style < 321) {
     s.style -= 256;
     s.defaultButton = 2;
   }
-  if (s.style > 64 && s.style < 577 && s.style >= 512) {
+  if (s.style > 64 && s.style < 577) {
     s.style -= 512;
     s.defaultButton = 3;
   }

@@ -38,8 +38,9 @@ TEST(MessageStyleTest, DefaultButtonFlagsComeOffTheCode) {
       {0, 64, 1},         // nothing asked: a plain Ok box with the information icon
       {4, 4, 1},    {4 + 256, 4, 2},  {3 + 48 + 512, 51, 3}, {256, 0, 2},
       {64 + 256, 64, 2},  // the largest value with the second-button flag
-      {68, 68, 1},        // icon 64 with its buttons: the table's own value, nothing to take off
-      {325, 325, 1},      // past the flag's range: left as it is, so it shows no button
+      {68, 68 - 256, 2},  // icon 64 with buttons is inside the first range: it drops below 0
+      {580, 580, 1},      // past both ranges: left as it is, so it shows no button
+      {4 + 512, 4, 3}
   };
   for (const Row& r : rows) {
     const MessageStyle s = ReadMessageStyle(r.buttons);
@@ -55,6 +56,7 @@ TEST(MessageStyleTest, ButtonTableAndResults) {
   EXPECT_EQ(MessageButtonCaptions(18), (V{u"&Abortar", u"&Repetir", u"&Ignorar"}));
   EXPECT_EQ(MessageButtonCaptions(51), (V{u"&Sim", u"&Não", u"&Cancelar"}));
   EXPECT_EQ(MessageButtonCaptions(68), (V{u"&Sim", u"&Não"}));
+  EXPECT_EQ(CountMessageButtons(ReadMessageStyle(68).style), 0);
   EXPECT_EQ(MessageButtonCaptions(5), (V{u"&Repetir", u"&Cancelar"}));
   // The question icon is not in the table, nor are styles past 69 or kinds past 5.
   for (int32_t style : {32, 33, 36, 6, 22, 70, 80, 325, -1}) EXPECT_EQ(CountMessageButtons(style), 0) << style;
