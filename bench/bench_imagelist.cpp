@@ -35,7 +35,8 @@ std::shared_ptr<imagelist::APIImageLists> MakeIcons(int count) {
 }
 
 const std::shared_ptr<imagelist::APIImageLists>& Icons() {
-  static auto lists = MakeIcons(1000);
+  // Thread-local, so that the lists go before the thread's platform objects they hold handles of.
+  thread_local auto lists = MakeIcons(1000);
   return lists;
 }
 

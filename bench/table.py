@@ -62,8 +62,12 @@ ROWS = [
      "SQLite C API to strings"),
     ("Grid", "repaint 640 x 480, 1,000 rows", "BM_FullRepaint/1000/0", None, None),
     ("Grid", "repaint 640 x 480, 1,000,000 rows, middle", "BM_FullRepaint/1000000/1", None, None),
-    ("Grid", "sort 100,000 rows, text key", "BM_GridSort/100000", "BM_GridSort_stdsort/100000",
+    ("Grid", "sort 1,000,000 rows, numeric column", "BM_GridSortNumeric/iterations:5",
+     "BM_StdSortNumericKeys/iterations:5", "std::sort, precomputed keys"),
+    ("Grid", "sort 1,000,000 rows, text column", "BM_GridSortText/iterations:5", "BM_StdSortTextKeys/iterations:5",
      "std::sort, precomputed keys"),
+    ("Grid", "filter 1,000,000 rows, begins with", "BM_GridFilterBeginsWith/iterations:5",
+     "BM_PlainLoopBeginsWithKeys/iterations:5", "loop over precomputed keys"),
 ]
 
 UNIT_MS = {"ns": 1e-6, "us": 1e-3, "ms": 1.0, "s": 1e3}
