@@ -90,8 +90,14 @@ void FillStatesCombo(USComboBox& combo, const std::shared_ptr<host::Connection>&
 int RenderListsExample(const std::string& formPath, const std::string& dbPath, const std::string& pngPath,
                        std::ostream& err) {
   RegisterControls();
+  std::shared_ptr<host::Form> form;
+  // Every way out unloads the form, so that a failed run leaves no window or surface behind.
+  auto fail = [&] {
+    if (form) form->Unload();
+    return 1;
+  };
   try {
-    auto form = host::LoadFormFile(formPath);
+    form = host::LoadFormFile(formPath);
     if (!form) {
       err << "cannot load " << formPath << "\n";
       return 1;
@@ -101,7 +107,7 @@ int RenderListsExample(const std::string& formPath, const std::string& dbPath, c
       if ((list = std::dynamic_pointer_cast<USListBox>(c))) break;
     if (!list) {
       err << formPath << " has no USListBox\n";
-      return 1;
+      return fail();
     }
     auto connection = std::make_shared<host::Connection>();
     connection->Open(host::String(dbPath.begin(), dbPath.end()));
@@ -147,13 +153,13 @@ int RenderListsExample(const std::string& formPath, const std::string& dbPath, c
     platform::PumpMessages();
     if (!platform::SaveWindowPng(form->hWnd(), pngPath)) {
       err << "cannot write " << pngPath << "\n";
-      return 1;
+      return fail();
     }
     form->Unload();
     return 0;
   } catch (const host::RuntimeError& e) {
     err << formPath << ": error " << e.Number() << ": " << host::ToUtf8(e.Description()) << "\n";
-    return 1;
+    return fail();
   }
 }
 

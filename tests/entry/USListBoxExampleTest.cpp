@@ -44,6 +44,12 @@ TEST_F(ListsExampleTest, FailsWithAMessage) {
   std::ostringstream err2;
   EXPECT_EQ(mx::entry::RenderListsExample(empty, std::string(MX_SOURCE_DIR) + "/examples/lists.db", "x.png", err2), 1);
   EXPECT_NE(err2.str().find("no USListBox"), std::string::npos) << err2.str();
+  // A database without the towns fails after the form and its list were loaded: the form goes.
+  std::ostringstream err3;
+  EXPECT_EQ(mx::entry::RenderListsExample(std::string(MX_SOURCE_DIR) + "/examples/lists.frm",
+                                          std::string(MX_SOURCE_DIR) + "/examples/grid.db", "x.png", err3),
+            1);
+  EXPECT_NE(err3.str().find("error"), std::string::npos) << err3.str();
   std::remove(empty.c_str());
 }
 
