@@ -12,6 +12,7 @@
 #include "host/Strings.h"
 #include "host/TextBox.h"
 #include "image/API32bppDIB.h"
+#include "platform/Hook.h"
 #include "platform/Input.h"
 #include "platform/Messages.h"
 #include "platform/Window.h"
@@ -46,7 +47,10 @@ USComboBox::USComboBox() : m_text(std::make_shared<host::TextBox>()), m_list(std
   ConnectList();
 }
 
-USComboBox::~USComboBox() = default;
+USComboBox::~USComboBox() {
+  // A combo dropped while its list is open must not leave its focus hook behind.
+  if (m_focusHook) platform::UnhookWindowsHookEx(m_focusHook);
+}
 
 // ---- Setters: store, PropertyChanged, repaint ----------------------------------------------------
 

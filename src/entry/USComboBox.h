@@ -72,7 +72,7 @@ class USComboBox : public host::UserControl {
   // click that opened the list is still being handled then).
   static constexpr uint32_t kReleaseInterval = 100;
   static constexpr uint32_t kReleaseGrace = 250;
-  static constexpr uintptr_t kReleaseTimerId = 1;
+  static constexpr uintptr_t kReleaseTimerId = 0x7E1E;
   // Posted to the control's window after a click on a row: the list closes once its own mouse
   // handling is over.
   static constexpr uint32_t kCloseListMessage = 0x8000 + 0x1C0;
