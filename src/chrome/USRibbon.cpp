@@ -150,13 +150,13 @@ void USRibbon::Theme(int32_t value) {
     m_foreColorTabNormal = 0xFFFFFF;
     m_tabOffset = 20;
   }
-  if (m_built) Refresh();
+  if (m_built) Rebuild();
 }
 
 void USRibbon::TabOffset(int32_t value) {
   m_tabOffset = value;
   PropertyChanged(u"TabOffSet");
-  if (m_built) Refresh();
+  if (m_built) Rebuild();
 }
 
 void USRibbon::ButtonHandPointer(bool value) {
@@ -180,37 +180,37 @@ void USRibbon::ShowButtonFocus(bool value) {
 void USRibbon::ShowTabs(bool value) {
   m_showTabs = value;
   PropertyChanged(u"ShowTabs");
-  if (m_built) Refresh();
+  if (m_built) Rebuild();
 }
 
 void USRibbon::ButtonCenter(bool value) {
   m_buttonCenter = value;
   PropertyChanged(u"ButtonCenter");
-  if (m_built) Refresh();
+  if (m_built) Rebuild();
 }
 
 void USRibbon::ForeColorCat(OLE_COLOR value) {
   m_foreColorCat = value;
   PropertyChanged(u"ForeColorCat");
-  if (m_built) Refresh();
+  if (m_built) Rebuild();
 }
 
 void USRibbon::ForeColorButton(OLE_COLOR value) {
   m_foreColorButton = value;
   PropertyChanged(u"ForeColorButton");
-  if (m_built) Refresh();
+  if (m_built) Rebuild();
 }
 
 void USRibbon::ForeColorTabSelected(OLE_COLOR value) {
   m_foreColorTabSelected = value;
   PropertyChanged(u"ForeColorTabSelected");
-  if (m_built) Refresh();
+  if (m_built) Rebuild();
 }
 
 void USRibbon::ForeColorTabNormal(OLE_COLOR value) {
   m_foreColorTabNormal = value;
   PropertyChanged(u"ForeColorTabNormal");
-  if (m_built) Refresh();
+  if (m_built) Rebuild();
 }
 
 void USRibbon::ImageList(std::shared_ptr<controls::USImageList> value) {

@@ -279,6 +279,9 @@ class USRibbon : public controls::CaptionControl {
   void UnloadMembers(std::initializer_list<RibbonArray> arrays);
   void SelectTab(int32_t index, bool force);
   void BuildBand();
+  // Places everything again with the pictures already decoded: what a change of look, colour or
+  // layout setting needs.
+  void Rebuild();
   void BuildTabs();
   void BuildTabButtons();
   void BuildCategories(int32_t layoutValue);

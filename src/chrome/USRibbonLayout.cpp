@@ -217,6 +217,8 @@ void USRibbon::Refresh() {
   Step([&] { BuildBand(); });
 }
 
+void USRibbon::Rebuild() { Step([&] { BuildBand(); }); }
+
 void USRibbon::FitHeight() {
   const float height = static_cast<float>(BandHeight()) * host::GetScreen().TwipsPerPixelY();
   if (Control::Height() != height) Control::Height(height);
