@@ -206,8 +206,14 @@ void USListBox::PicWheel(int32_t delta) {
 // The pointer over an item with a pointer of its own: that one, made from the picture once and
 // kept until the list goes. False leaves the pointer to the list's MousePointer.
 bool USListBox::PicSetCursor() {
-  if (m_hoverIndex < 0 || m_hoverIndex >= m_count) return false;
-  const std::shared_ptr<host::StdPicture>& picture = m_items[static_cast<size_t>(m_hoverIndex)].itemMouseIcon;
+  // The pointer is asked for before the move that brought it is reported: the item is the one
+  // under the pointer now, not the one the last move saw.
+  POINT pt{};
+  GetCursorPos(&pt);
+  ScreenToClient(m_pic, &pt);
+  const int32_t index = IndexAtY(static_cast<float>(pt.y));
+  if (index < 0) return false;
+  const std::shared_ptr<host::StdPicture>& picture = m_items[static_cast<size_t>(index)].itemMouseIcon;
   if (!picture || picture->IsEmpty()) return false;
   for (const auto& [known, cursor] : m_cursors) {
     if (known == picture) {

@@ -5,7 +5,10 @@
 #include "controls/USScrollBar.h"
 #include "entry/USListBoxTestSupport.h"
 #include "frame/APITooltip.h"
+#include "host/StdPicture.h"
 #include "host/TextBox.h"
+#include "image/PictureBinding.h"
+#include "platform/Cursor.h"
 #include "platform/Messages.h"
 
 using mx::entry::testing::ListBoxTest;
@@ -278,6 +281,31 @@ TEST_F(ListBoxTest, AClickOrAScrollEndsAnOpenEditKeepingTheText) {
   list->IncreaseBarValue();
   EXPECT_FALSE(list->IsEditing());
   EXPECT_EQ(list->Item(3).ToString(), u"Other");
+}
+
+}  // namespace
+
+namespace {
+
+TEST_F(ListBoxTest, AnItemWithAPointerOfItsOwnShowsIt) {
+  mx::image::InstallPictureDecoder();
+  auto pointer = mx::host::LoadPicture(std::string(MX_TESTDATA_DIR) + "/fuzzseeds/ico/hotspot.cur");
+  ASSERT_NE(pointer->Handle(), 0u);
+  list->AddItem(Variant(u"pointer"), 0, -1, -1, -1, true, u"", pointer);
+  list->AddItem(Variant(u"plain"));
+  MoveTo(30, 10);
+  const HCURSOR over = GetCursor();
+  EXPECT_NE(over, 0u);
+  EXPECT_NE(over, LoadCursor(0, IDC_ARROW));
+  MoveTo(30, 26 + 10);
+  EXPECT_NE(GetCursor(), over);
+  // The list's own pointer rules over the other items.
+  list->MousePointer(mx::host::vbCrosshair);
+  MoveTo(31, 26 + 11);
+  EXPECT_EQ(GetCursor(), LoadCursor(0, IDC_CROSS));
+  MoveTo(31, 11);
+  EXPECT_EQ(GetCursor(), over);
+  mx::image::UninstallPictureDecoder();
 }
 
 }  // namespace
