@@ -195,3 +195,31 @@ TEST_F(ListBoxPaintTest, GoldenListWithIconsSelectionAndSeparator) {
 }
 
 }  // namespace
+
+namespace {
+
+// Rows of the capture between top and bottom (exclusive) that hold a dark pixel in the text area.
+int DarkRows(const CapturedImage& img, int top, int bottom) {
+  int rows = 0;
+  for (int y = top; y < bottom; ++y)
+    for (int x = 3; x < 180; ++x) {
+      const COLORREF c = img.color(x, y);
+      if ((c & 0xFF) < 0x80 && ((c >> 8) & 0xFF) < 0x80 && ((c >> 16) & 0xFF) < 0x80) {
+        ++rows;
+        break;
+      }
+    }
+  return rows;
+}
+
+TEST_F(ListBoxPaintTest, WordWrapBreaksLongTextOverTheRow) {
+  list->ItemHeight(64);
+  list->AddItem(Variant(u"Uma cidade com um nome comprido demais para uma linha"));
+  const int single = DarkRows(Capture(), 1, 63);
+  list->WordWrap(true);
+  const int wrapped = DarkRows(Capture(), 1, 63);
+  EXPECT_GT(single, 0);
+  EXPECT_GT(wrapped, single * 3 / 2);
+}
+
+}  // namespace
