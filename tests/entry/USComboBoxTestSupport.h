@@ -76,6 +76,8 @@ class ComboTest : public mx::platform::testing::WindowingTest {
     other.reset();
     if (form) form->Unload();
     form.reset();
+    // Subclass blocks of the mouse trackers are freed by their clean-up timers.
+    platform::RunFor(300);
     WindowingTest::TearDown();
   }
 
