@@ -400,6 +400,7 @@ class USFlexGrid : public host::UserControl, public GridData {
   int32_t m_resizeRowOffset = 0;
   bool m_resizing = false;
   int32_t m_resizeStartSize = 0;  // the width or height when the resize began
+  int32_t m_headerMoveOffset = 0;  // how far a moved header cell is drawn from its place
   bool m_rowMoveRefused = false;
   bool m_suppressSearch = false;    // Ctrl+C, Ctrl+V: no search from the character that follows
   bool m_suppressKeyPress = false;  // the key down consumed the key: its character is dropped

@@ -214,7 +214,14 @@ void USFlexGrid::UserControl_MouseMove(int16_t& Button, int16_t& Shift, float& X
         else m_dragCol = m_headerPressedCol;
       }
       const int32_t moving = m_swapCol >= 0 ? m_swapCol : m_dragCol;
-      if (moving >= 0) SetHeaderStates(-1, m_headerPressedCol, moving);
+      if (moving >= 0) {
+        // The cell travels with the pointer by its distance from the press.
+        const int32_t offset = x - m_downX;
+        const bool moved = offset != m_headerMoveOffset;
+        m_headerMoveOffset = offset;
+        if (moving != m_headerMovingCol) SetHeaderStates(-1, m_headerPressedCol, moving);
+        else if (moved) DrawGrid(GridData::Redraw());
+      }
     } else if (m_downRow >= 0) {
       if (y <= m_metrics.headerBottom) {
         StartAutoScroll(-1);
@@ -268,6 +275,7 @@ void USFlexGrid::FinishHeaderMove(int32_t x) {
   const bool swap = m_swapCol >= 0;
   const int32_t from = swap ? m_swapCol : m_dragCol;
   m_swapCol = m_dragCol = -1;
+  m_headerMoveOffset = 0;
   const int32_t to = ColumnAtX(x);
   if (to < 0 || to == from) return;
   const int32_t currentStorage = Col() >= 0 ? StorageCol(Col()) : -1;

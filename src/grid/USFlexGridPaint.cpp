@@ -415,14 +415,16 @@ void USFlexGrid::DrawHeaders(PaintContext& pc) {
                    HeaderGradientColor2(), false);
   HFONT font = FontHeader() ? FontFor(*FontHeader(), FontHeader()->Bold(), false, false, false) : 0;
   HGDIOBJ oldFont = SelectObject(pc.dc, font);
-  for (const auto& c : pc.cols) {
+  // A column being moved follows the pointer by m_headerMoveOffset: its place stays empty and it
+  // is drawn last, over its neighbours.
+  auto drawCell = [&](const PaintContext::Col& c, int32_t dx) {
     const GridColumn& col = StoredColumn(c.storage);
     int32_t state = 1;
     if (c.display == m_headerMovingCol) state = 4;
     else if (c.display == m_headerPressedCol) state = 3;
     else if (c.display == m_headerHoverCol && AllowColumnHover()) state = 2;
     if (!interactive) state = 1;
-    const RECT r{c.x, top, c.x + c.w, bottom};
+    const RECT r{c.x + dx, top, c.x + dx + c.w, bottom};
     const bool last = c.display == Cols() - 1;
     if (state == 1) DrawHeaderCell(pc, r, 1, HeaderGradientColor1(), HeaderGradientColor2(), last);
     else if (state == 2) DrawHeaderCell(pc, r, 2, HeaderGradientColorOver1(), HeaderGradientColorOver2(), last);
@@ -454,7 +456,13 @@ void USFlexGrid::DrawHeaders(PaintContext& pc) {
       flags |= 0x924;
     }
     frame::DrawTextColor(pc.dc, text, tr, flags, Rgb(fore));
+  };
+  const PaintContext::Col* moving = nullptr;
+  for (const auto& c : pc.cols) {
+    if (c.display == m_headerMovingCol && interactive) moving = &c;
+    else drawCell(c, 0);
   }
+  if (moving) drawCell(*moving, m_headerMoveOffset);
   SelectObject(pc.dc, oldFont);
 }
 

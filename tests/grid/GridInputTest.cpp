@@ -143,6 +143,25 @@ TEST_F(GridInputTest, HeaderDragWithSwapExchangesTwoColumnsAndKeepsTheData) {
   EXPECT_EQ(g->StoredRow(0).cells[0].text.Str(), u"Zed");
 }
 
+TEST_F(GridInputTest, AMovedHeaderCellFollowsThePointerAndLeavesItsPlaceEmpty) {
+  auto g = MakeFilled(3);
+  g->AllowColumnSwap(true);
+  const int y = HeaderCenter(*g, 1).y;
+  const host::OLE_COLOR back = host::TranslateColor(g->BackColorBackground());
+  ASSERT_NE(Capture(*g).color(105, y), back);
+  MoveTo(*g, {110, y});
+  Button(true);
+  MoveTo(*g, {140, y});
+  // Column 1 (100..160) is drawn 30 pixels on, pressed: its old left part is bare, and it
+  // covers the start of column 2, which keeps its normal face past it.
+  const auto img = Capture(*g);
+  EXPECT_EQ(img.color(105, y), back);
+  EXPECT_NE(img.color(135, y), back);
+  EXPECT_NE(img.color(187, y), img.color(215, y));
+  Button(false);
+  EXPECT_NE(Capture(*g).color(105, y), back);
+}
+
 TEST_F(GridInputTest, HeaderDragWithDragMovesOneColumnAndShiftsTheOthers) {
   auto g = MakeFilled(3);
   g->AllowColumnDrag(true);
