@@ -9,8 +9,9 @@
 //
 // While open the list window is a child of the desktop owned by the form's window, placed
 // below the control, or above it when the work area has no room below. The keyboard focus stays
-// in txtCombo all the time, so typing and the arrow keys keep working; TRelease polls where the
-// focus went and closes the list when it left the combo and its list.
+// in txtCombo all the time (a focus hook refuses it, and activation, to the pop-up), so typing
+// and the arrow keys keep working and the form stays active; TRelease polls where the focus went
+// and closes the list when it left the combo, or when a button is pressed anywhere else.
 //
 // Text flow: txtCombo's Change stores the text, then (unless LockChange) opens the list when
 // asked to and auto-completes from the list, then raises Change. A change of ListIndex (keys,
