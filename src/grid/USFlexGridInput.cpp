@@ -266,6 +266,9 @@ bool USFlexGrid::SelectExactly(int32_t from, int32_t to) {
 }
 
 void USFlexGrid::NavigateTo(int32_t row, int32_t col, bool extend) {
+  // A grid with no current column takes its first open one, so that the cell reached can be
+  // edited from the keyboard.
+  if (col < 0) col = NextOpenCol(-1, 1);
   bool selectionChanged = false;
   if (row >= 0 && RowOpen(row)) {
     if (extend && MultiSelect() > 0) {

@@ -50,6 +50,19 @@ TEST_F(GridEditTest, AnyPrintableKeyOpensTheEditorWithThatCharacterAndEnterClose
   EXPECT_EQ(g->Row(), 1);
 }
 
+TEST_F(GridEditTest, AKeyboardMoveInAGridWithoutCurrentColumnTakesTheFirstOpenOne) {
+  auto g = MakeFilled(4);
+  g->AllowEdit(true);
+  g->ColVisible(0, false);
+  ASSERT_EQ(g->Col(), -1);
+  Key(platform::VK_DOWN);
+  EXPECT_EQ(g->Row(), 0);
+  EXPECT_EQ(g->Col(), 1);
+  Type(u"5");
+  EXPECT_TRUE(g->EditPending());
+  EXPECT_EQ(g->EditCol(), 1);
+}
+
 TEST_F(GridEditTest, EscapeCancelsWithoutWritingAndEnterWithTheCellText) {
   auto g = MakeEditable();
   GridEventLog log(*g);
