@@ -14,8 +14,13 @@
 #include <cstdio>
 #include <iostream>
 #include <string>
+#include <vector>
 
+#include "chrome/USRibbon.h"
+#include "chrome/USRibbonExample.h"
 #include "entry/ListsExample.h"
+#include "entry/USComboBox.h"
+#include "entry/USListBox.h"
 #include "grid/GridExample.h"
 #include "grid/USFlexGrid.h"
 #include "host/Err.h"
@@ -233,6 +238,38 @@ void fillGalleryGrids(mx::host::Form& form, const std::string& dbPath) {
     }
     grid->Redraw(true);
     rs->Close();
+  }
+  // The clients of the same orders fill the list and the combo box; the ribbon gets the example
+  // tabs.
+  std::vector<mx::host::String> clients;
+  std::vector<int32_t> orders;
+  {
+    auto rs = mx::host::Recordset::Create();
+    rs->Open(u"SELECT Client, COUNT(*) FROM orders GROUP BY Client ORDER BY Client", connection);
+    auto fields = rs->GetFields();
+    while (!rs->EOF_()) {
+      clients.push_back(fields->Item(mx::host::Variant(int32_t{0}))->Value().ToString());
+      orders.push_back(fields->Item(mx::host::Variant(int32_t{1}))->Value().ToLong());
+      rs->MoveNext();
+    }
+    rs->Close();
+  }
+  for (const auto& control : form.Controls()) {
+    if (auto list = std::dynamic_pointer_cast<mx::entry::USListBox>(control)) {
+      list->Redraw(false);
+      for (size_t i = 0; i < clients.size(); ++i) {
+        list->AddItem(mx::host::Variant(clients[i]), orders[i], -1, -1, mx::entry::USListBox::kListForeColor, true,
+                      mx::host::FromUtf8(std::to_string(orders[i]) + (orders[i] == 1 ? " pedido" : " pedidos")));
+      }
+      list->Redraw(true);
+      if (list->ListCount() > 2) list->ListIndex(2);
+    } else if (auto combo = std::dynamic_pointer_cast<mx::entry::USComboBox>(control)) {
+      combo->BeginFill();
+      for (size_t i = 0; i < clients.size(); ++i) combo->AddItem(mx::host::Variant(clients[i]), orders[i]);
+      combo->EndFill(0);
+    } else if (auto ribbon = std::dynamic_pointer_cast<mx::chrome::USRibbon>(control)) {
+      mx::chrome::FillExampleRibbon(*ribbon);
+    }
   }
 }
 

@@ -4,10 +4,10 @@ Begin VB.Form frmGallery
    BackColor       =   &H00FAFAFA&
    BorderStyle     =   2  'Sizable
    Caption         =   "Galeria Morvantix"
-   ClientHeight    =   9600
+   ClientHeight    =   11400
    ClientLeft      =   0
    ClientTop       =   0
-   ClientWidth     =   13200
+   ClientWidth     =   16800
    BeginProperty Font {0BE35203-8F91-11CE-9DE3-00AA004BB851} 
       Name            =   "Tahoma"
       Size            =   8.25
@@ -17,8 +17,8 @@ Begin VB.Form frmGallery
       Italic          =   0   'False
       Strikethrough   =   0   'False
    EndProperty
-   ScaleHeight     =   9600
-   ScaleWidth      =   13200
+   ScaleHeight     =   11400
+   ScaleWidth      =   16800
    StartUpPosition =   2  'CenterScreen
    Begin Morvantix.USForm USForm1 
       Align           =   1  'Align Top
@@ -26,7 +26,7 @@ Begin VB.Form frmGallery
       Left            =   0
       TabIndex        =   0
       Top             =   0
-      Width           =   13200
+      Width           =   16800
       _ExtentX        =   23283
       _ExtentY        =   794
       Caption         =   "Galeria Morvantix - todos os controles"
@@ -45,7 +45,7 @@ Begin VB.Form frmGallery
       Height          =   450
       Left            =   120
       TabIndex        =   1
-      Top             =   570
+      Top             =   2370
       Width           =   2550
       _ExtentX        =   4498
       _ExtentY        =   794
@@ -75,7 +75,7 @@ Begin VB.Form frmGallery
       Height          =   450
       Left            =   120
       TabIndex        =   2
-      Top             =   1110
+      Top             =   2910
       Width           =   2550
       _ExtentX        =   4498
       _ExtentY        =   794
@@ -101,7 +101,7 @@ Begin VB.Form frmGallery
       Height          =   450
       Left            =   120
       TabIndex        =   3
-      Top             =   1650
+      Top             =   3450
       Width           =   2550
       _ExtentX        =   4498
       _ExtentY        =   794
@@ -115,7 +115,7 @@ Begin VB.Form frmGallery
       Height          =   300
       Left            =   120
       TabIndex        =   4
-      Top             =   2220
+      Top             =   4020
       Width           =   2550
       _ExtentX        =   4498
       _ExtentY        =   529
@@ -128,7 +128,7 @@ Begin VB.Form frmGallery
       Height          =   300
       Left            =   120
       TabIndex        =   5
-      Top             =   2550
+      Top             =   4350
       Width           =   2550
       _ExtentX        =   4498
       _ExtentY        =   529
@@ -140,7 +140,7 @@ Begin VB.Form frmGallery
       Height          =   300
       Left            =   120
       TabIndex        =   6
-      Top             =   2880
+      Top             =   4680
       Width           =   2550
       _ExtentX        =   4498
       _ExtentY        =   529
@@ -152,7 +152,7 @@ Begin VB.Form frmGallery
       Height          =   300
       Left            =   120
       TabIndex        =   7
-      Top             =   3210
+      Top             =   5010
       Width           =   2550
       _ExtentX        =   4498
       _ExtentY        =   529
@@ -162,7 +162,7 @@ Begin VB.Form frmGallery
    Begin Morvantix.USLabel lblMarkup 
       Height          =   420
       Left            =   120
-      Top             =   3600
+      Top             =   5400
       Width           =   2550
       _ExtentX        =   4498
       _ExtentY        =   741
@@ -173,7 +173,7 @@ Begin VB.Form frmGallery
    Begin Morvantix.USProgressBar prgBlue 
       Height          =   270
       Left            =   120
-      Top             =   4140
+      Top             =   5940
       Width           =   2550
       _ExtentX        =   4498
       _ExtentY        =   476
@@ -187,7 +187,7 @@ Begin VB.Form frmGallery
    Begin Morvantix.USProgressBar prgRed 
       Height          =   270
       Left            =   120
-      Top             =   4500
+      Top             =   6300
       Width           =   2550
       _ExtentX        =   4498
       _ExtentY        =   476
@@ -202,7 +202,7 @@ Begin VB.Form frmGallery
       Height          =   255
       Left            =   120
       TabIndex        =   8
-      Top             =   4860
+      Top             =   6660
       Width           =   2550
       _ExtentX        =   4498
       _ExtentY        =   450
@@ -218,7 +218,7 @@ Begin VB.Form frmGallery
    Begin Morvantix.USGroupBox fraShipping 
       Height          =   2190
       Left            =   2850
-      Top             =   570
+      Top             =   2370
       Width           =   3000
       _ExtentX        =   5292
       _ExtentY        =   3863
@@ -296,7 +296,7 @@ Begin VB.Form frmGallery
       Height          =   360
       Left            =   2850
       TabIndex        =   13
-      Top             =   2880
+      Top             =   4680
       Width           =   3000
       _ExtentX        =   5292
       _ExtentY        =   635
@@ -307,7 +307,7 @@ Begin VB.Form frmGallery
       Height          =   360
       Left            =   2850
       TabIndex        =   14
-      Top             =   3330
+      Top             =   5130
       Width           =   3000
       _ExtentX        =   5292
       _ExtentY        =   635
@@ -319,7 +319,7 @@ Begin VB.Form frmGallery
       Height          =   360
       Left            =   2850
       TabIndex        =   15
-      Top             =   3780
+      Top             =   5580
       Width           =   3000
       _ExtentX        =   5292
       _ExtentY        =   635
@@ -331,7 +331,7 @@ Begin VB.Form frmGallery
    Begin Morvantix.USAnimatedImage aniSpinner 
       Height          =   480
       Left            =   2910
-      Top             =   4350
+      Top             =   6150
       Width           =   480
       _ExtentX        =   847
       _ExtentY        =   847
@@ -340,7 +340,7 @@ Begin VB.Form frmGallery
    Begin Morvantix.USAnimatedImage aniSpinnerBig 
       Height          =   720
       Left            =   3570
-      Top             =   4230
+      Top             =   6030
       Width           =   720
       _ExtentX        =   1270
       _ExtentY        =   1270
@@ -350,7 +350,7 @@ Begin VB.Form frmGallery
    Begin Morvantix.USAlphaImage imgStar 
       Height          =   1080
       Left            =   4620
-      Top             =   4080
+      Top             =   5880
       Width           =   1080
       _ExtentX        =   1905
       _ExtentY        =   1905
@@ -362,7 +362,7 @@ Begin VB.Form frmGallery
    End
    Begin Morvantix.USImageList imlIcons 
       Left            =   2250
-      Top             =   4200
+      Top             =   6000
       _ExtentX        =   794
       _ExtentY        =   794
    End
@@ -370,7 +370,7 @@ Begin VB.Form frmGallery
       Height          =   4500
       Left            =   6000
       TabIndex        =   16
-      Top             =   570
+      Top             =   2370
       Width           =   3675
       _ExtentX        =   6482
       _ExtentY        =   7937
@@ -379,7 +379,7 @@ Begin VB.Form frmGallery
       Height          =   3390
       Left            =   9825
       TabIndex        =   17
-      Top             =   570
+      Top             =   2370
       Width           =   3225
       _ExtentX        =   5689
       _ExtentY        =   5980
@@ -390,7 +390,7 @@ Begin VB.Form frmGallery
    Begin Morvantix.USLabel lblAbout 
       Height          =   960
       Left            =   9825
-      Top             =   4080
+      Top             =   5880
       Width           =   3225
       _ExtentX        =   5689
       _ExtentY        =   1693
@@ -398,12 +398,58 @@ Begin VB.Form frmGallery
       NoHTMLCaption   =   "Controles desenhados pela própria biblioteca, em sete temas. A grade abaixo vem de um banco SQLite."
       WordWrap        =   -1  'True
    End
+   Begin Morvantix.USRibbon rbnMain 
+      Height          =   1800
+      Left            =   0
+      TabIndex        =   40
+      Top             =   450
+      Width           =   16800
+      _ExtentX        =   29633
+      _ExtentY        =   3175
+      ButtonHandPointer=   -1  'True
+   End
+   Begin Morvantix.USComboBox cboClient 
+      Height          =   345
+      Left            =   13320
+      TabIndex        =   41
+      Top             =   2370
+      Width           =   3360
+      _ExtentX        =   5927
+      _ExtentY        =   609
+      ListForeColor   =   &H00000000&
+      ListItemSelectedForeColor=   &H00000000&
+      NumberItemsToShow=   8
+      ListItemHeight  =   22
+      Redraw          =   -1  'True
+   End
+   Begin Morvantix.USDatePicker dtpOrdered 
+      Height          =   315
+      Left            =   13320
+      TabIndex        =   42
+      Top             =   2850
+      Width           =   3360
+      _ExtentX        =   5927
+      _ExtentY        =   556
+      Text            =   "15/01/2024"
+   End
+   Begin Morvantix.USListBox lstClients 
+      Height          =   3600
+      Left            =   13320
+      TabIndex        =   43
+      Top             =   3300
+      Width           =   3360
+      _ExtentX        =   5927
+      _ExtentY        =   6350
+      ItemHeight      =   24
+      ItemTextLeft    =   6
+      Redraw          =   -1  'True
+   End
    Begin Morvantix.USFlexGrid grdOrders 
       Height          =   3810
       Left            =   120
       TabIndex        =   18
-      Top             =   5250
-      Width           =   12960
+      Top             =   7050
+      Width           =   16560
       _ExtentX        =   22860
       _ExtentY        =   6720
       Caption         =   "Pedidos de 2024"
@@ -416,8 +462,8 @@ Begin VB.Form frmGallery
    Begin Morvantix.USStatusBar sbrStatus 
       Height          =   360
       Left            =   0
-      Top             =   9240
-      Width           =   13200
+      Top             =   11040
+      Width           =   16800
       _ExtentX        =   23283
       _ExtentY        =   635
       PanelCount      =   3
