@@ -14,6 +14,7 @@
 #include "imagelist/APIImageList.h"
 #include "imagelist/APIListImages.h"
 #include "platform/Gdi.h"
+#include "platform/Input.h"
 #include "platform/Text.h"
 
 namespace mx::grid {
@@ -316,6 +317,11 @@ void USFlexGrid::DrawGrid(bool xRedraw, bool xSkipFocusRect, int32_t xFirstRow) 
       Line(pc.dc, pc.right - 1, m_metrics.headerBottom, pc.right - 1, y, GridColor(), GridLineWidth());
     }
     if (TotalLineShow() && allDrawn) DrawTotals(pc, y);
+    // With FocusRectHide the rectangle shows only while the grid or its editor has the focus.
+    if (FocusRectHide() && hWnd()) {
+      const HWND focus = GetFocus();
+      if (focus != hWnd() && !FocusIsInEditor(focus)) xSkipFocusRect = true;
+    }
     if (Row() != -1 && FocusRectMode() != Focus_None && !xSkipFocusRect && pc.currentY >= 0) {
       RECT fr{};
       if (FocusRectMode() == Focus_Row) {

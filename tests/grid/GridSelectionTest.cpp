@@ -175,6 +175,25 @@ TEST_F(GridInputTest, PageDownMovesAPageAndScrollsTheCurrentRowIntoView) {
   EXPECT_EQ(g->Row(), 59 - (page - 1));
 }
 
+TEST_F(GridInputTest, FocusRectHideShowsTheRectangleOnlyWhileFocused) {
+  auto g = MakeFilled(4);
+  g->FocusRectBorderColor(0x0000FF);  // apart from the selection's fill
+  ClickCell(*g, 1, 1);
+  const int y = RowTopOf(*g, 1);  // the rectangle's top edge runs along the row's top
+  const platform::COLORREF border = host::TranslateColor(g->FocusRectBorderColor());
+  EXPECT_EQ(Capture(*g).color(120, y), border);
+  g->FocusRectHide(true);
+  auto other = Make(300, 10, 60, 60);
+  platform::SetFocus(other->hWnd());
+  platform::PumpMessages();
+  EXPECT_NE(Capture(*g).color(120, y), border);
+  g->Refresh();  // any later paint keeps it hidden
+  EXPECT_NE(Capture(*g).color(120, y), border);
+  platform::SetFocus(g->hWnd());
+  platform::PumpMessages();
+  EXPECT_EQ(Capture(*g).color(120, y), border);
+}
+
 TEST_F(GridInputTest, DraggingOverRowsExtendsFromThePressedRow) {
   auto g = MakeFilled();
   g->MultiSelect(Multi_Standard);
