@@ -20,6 +20,12 @@ struct CursorState {
   HandleTable<CursorObject> table{HandleType::Cursor};
   std::map<int, HCURSOR> standard;
   HCURSOR current = 0;
+  // The shared standard cursors are the system's for the thread's lifetime and stay out of the
+  // live counts; they are given back before the table subtracts everything it holds.
+  ~CursorState() {
+    for (const auto& [id, h] : standard)
+      if (table.valid(h)) AdjustLiveHandleCount(HandleType::Cursor, +1);
+  }
 };
 
 CursorState& State() {
@@ -57,6 +63,8 @@ HCURSOR LoadCursorW(HANDLE hInstance, int id) {
   obj->id = id;
   obj->hotSpot = StandardHotSpot(id);
   HCURSOR h = st.table.add(std::move(obj));
+  if (!h) return 0;
+  AdjustLiveHandleCount(HandleType::Cursor, -1);
   st.standard[id] = h;
   return h;
 }

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "platform/Gdi.h"
+#include "platform/HandleTable.h"
 #include "platform/Messages.h"
 #include "platform/MessageQueue.h"
 
@@ -66,7 +67,12 @@ HBRUSH GetSysColorBrush(int index) {
   if (index < 0 || index >= kSysColorCount) return 0;
   auto& st = State();
   HBRUSH& b = st.brushes[static_cast<size_t>(index)];
-  if (!b || GetObjectType(b) != OBJ_BRUSH) b = CreateSolidBrush(st.colors[static_cast<size_t>(index)]);
+  if (!b || GetObjectType(b) != OBJ_BRUSH) {
+    b = CreateSolidBrush(st.colors[static_cast<size_t>(index)]);
+    // The system owns these brushes for the thread's lifetime, as it owns the stock objects:
+    // they are kept out of the live counts that leak checks compare.
+    if (b) AdjustLiveHandleCount(HandleType::Brush, -1);
+  }
   return b;
 }
 

@@ -2,9 +2,11 @@
 // platform objects alive than it started with (windows, DCs, bitmaps, pens, brushes, fonts,
 // regions, icons, cursors, window procedures, hooks, timers).
 //
-// The rule for what may outlive a test: only objects the platform itself keeps for the thread's
-// lifetime, and those are already kept out of the counts where they are made (stock objects).
-// Nothing else is exempt. A library cache that keeps handles must give them back when its owner
+// The rule for what may outlive a test: only objects the system itself keeps for the thread's
+// lifetime, and those are kept out of the counts where they are made: stock objects, the
+// system-colour brushes, the shared standard cursors, and the procedure a registered window
+// class owns (classes stay registered for the thread unless unregistered). Nothing else is
+// exempt. A library cache that keeps handles must give them back when its owner
 // goes, and tests release what they make. A test that ends with fewer objects than it started
 // with is not flagged: releasing something an earlier test leaked is that test's fault.
 //
@@ -21,8 +23,10 @@
 namespace mx::test {
 namespace {
 
-constexpr std::array<const char*, platform::kHandleTypeCount> kTypeNames = {
-    "?", "window", "DC", "bitmap", "pen", "brush", "font", "region", "icon", "cursor", "window procedure", "hook"};
+// Plural names by handle type, the timers last.
+constexpr std::array<const char*, platform::kHandleTypeCount + 1> kTypeNames = {
+    "?",     "windows", "DCs",   "bitmaps", "pens",  "brushes", "fonts", "regions", "icons",
+    "cursors", "window procedures", "hooks", "timers"};
 
 // One more slot than the handle types: the last counts timers.
 using Counts = std::array<int, platform::kHandleTypeCount + 1>;
@@ -48,10 +52,9 @@ class HandleLeakListener : public ::testing::EmptyTestEventListener {
     for (size_t t = 1; t < after.size(); ++t) {
       const int grown = after[t] - m_before[t];
       if (grown <= 0) continue;
-      const char* name = t < kTypeNames.size() ? kTypeNames[t] : "timer";
-      leaks << (leaks.tellp() > 0 ? ", " : "") << grown << " " << name << (grown > 1 ? "s" : "");
+      leaks << (leaks.tellp() > 0 ? ", " : "") << kTypeNames[t] << " +" << grown;
     }
-    if (leaks.tellp() > 0) ADD_FAILURE() << "the test left platform objects alive: " << leaks.str();
+    if (leaks.tellp() > 0) ADD_FAILURE() << "the test left more platform objects alive than it found: " << leaks.str();
   }
 
  private:
