@@ -7,6 +7,8 @@
 
 #include "controls/AboutBox.h"
 #include "controls/ControlSupport.h"
+#include "entry/APITextEvents.h"
+#include "entry/ShellAutoComplete.h"
 #include "frame/APITooltip.h"
 #include "frame/Drawing.h"
 #include "frame/Themes.h"
@@ -539,6 +541,8 @@ void USTextBoxEx::UserControl_GotFocus() {
 
 void USTextBoxEx::UserControl_Terminate() {
   m_userMode = false;
+  Step([&] { FinalizeAutoComplete(); });
+  Step([&] { m_shellComplete.reset(); });
   Step([&] { DestroySubClass(); });
   Step([&] { m_toolTip.reset(); });
   Step([&] { m_inner->TerminateControl(); });

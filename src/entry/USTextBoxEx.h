@@ -37,6 +37,8 @@ class APITooltip;
 namespace mx::entry {
 
 using host::OLE_COLOR;
+class APITextEvents;
+class ShellAutoComplete;
 
 // The shell auto-completion flags.
 enum ENUM_AUTOCOMPLETEFLAGS : uint32_t {
@@ -187,6 +189,19 @@ class USTextBoxEx : public host::UserControl, public frame::ToolTipProperties {
   void DestroySubClass();
   void About();
 
+  // Completion of file and directory names as typed (the ENUM_AUTOCOMPLETEFLAGS); a second
+  // call replaces the flags.
+  void AutoCompleteEx(uint32_t Flags);
+  [[nodiscard]] ShellAutoComplete* ShellCompletion() const { return m_shellComplete.get(); }
+
+  // Completion from a database column: every typed change is completed with the first value
+  // that begins with the text. CurrentDb is a Connection or a database file name. Raises when
+  // the query cannot run, and then leaves no completion behind.
+  void InitializeAutoComplete(const host::Variant& CurrentDb, StringView TableName, StringView FieldName);
+  void FinalizeAutoComplete();
+  // The completion object while there is one (for a requery through Texto_AtualizarDados).
+  [[nodiscard]] APITextEvents* TextEvents() const { return m_textEvents.get(); }
+
   // The look painted last (1, 2 or -1), the tooltip and the inner box: for tests and the date
   // picker.
   [[nodiscard]] int32_t CurrentLook() const { return m_look; }
@@ -249,6 +264,12 @@ class USTextBoxEx : public host::UserControl, public frame::ToolTipProperties {
   std::shared_ptr<host::TextBox> m_inner;
   std::vector<uint64_t> m_innerConnections;
   std::unique_ptr<frame::APITooltip> m_toolTip;
+  std::unique_ptr<APITextEvents> m_textEvents;
+  std::unique_ptr<ShellAutoComplete> m_shellComplete;
+  // A key the completion list took in KeyDown: its character does not reach the box.
+  int16_t m_listTookChar = 0;
+  // A Tab that took a completion: its character is swallowed too.
+  bool m_tabTaken = false;
 
   NumberOptions m_number;
   int16_t m_alignment = 0;

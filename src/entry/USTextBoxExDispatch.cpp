@@ -100,6 +100,15 @@ Variant USTextBoxEx::Invoke(StringView name, host::CallKind kind, std::span<Vari
     t.Method(u"CreateToolTip", [](T& c, std::span<Variant>) { c.CreateToolTip(); return Variant(); });
     t.Method(u"DestroyToolTip", [](T& c, std::span<Variant>) { c.DestroyToolTip(); return Variant(); });
     t.Method(u"DestroySubClass", [](T& c, std::span<Variant>) { c.DestroySubClass(); return Variant(); });
+    t.Method(u"AutoCompleteEx", [](T& c, std::span<Variant> a) {
+      c.AutoCompleteEx(static_cast<uint32_t>(Arg(a, 0).ToLong()));
+      return Variant();
+    });
+    t.Method(u"InitializeAutoComplete", [](T& c, std::span<Variant> a) {
+      c.InitializeAutoComplete(Arg(a, 0), Arg(a, 1).ToString(), Arg(a, 2).ToString());
+      return Variant();
+    });
+    t.Method(u"FinalizeAutoComplete", [](T& c, std::span<Variant>) { c.FinalizeAutoComplete(); return Variant(); });
     t.Method(u"About", [](T& c, std::span<Variant>) { c.About(); return Variant(); });
     return t;
   }();

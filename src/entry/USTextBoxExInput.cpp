@@ -2,6 +2,8 @@
 #include <algorithm>
 
 #include "controls/ControlSupport.h"
+#include "entry/APITextEvents.h"
+#include "entry/ShellAutoComplete.h"
 #include "entry/USTextBoxEx.h"
 #include "host/Screen.h"
 #include "host/Strings.h"
@@ -74,10 +76,21 @@ bool USTextBoxEx::OnInnerSiteMessage(uint32_t msg, uintptr_t wParam, intptr_t lP
   if (!own || !Parent()) return false;
   if (msg == platform::WM_KEYDOWN) {
     m_tabPassed = false;
+    m_tabTaken = false;
     if (wParam != static_cast<uintptr_t>(platform::VK_TAB)) return false;
     if (platform::GetKeyState(platform::VK_CONTROL) < 0 || platform::GetKeyState(platform::VK_MENU) < 0) return false;
+    if (m_shellComplete && platform::GetKeyState(platform::VK_SHIFT) >= 0 && m_shellComplete->WantsTab()) {
+      // The file-name completion takes the Tab: it accepts the suggestion instead of leaving.
+      m_tabTaken = true;
+      Step([&] { m_shellComplete->TakeTab(); });
+      return true;
+    }
     m_tabPassed = true;
     platform::SendMessageW(own, msg, wParam, lParam);
+    return true;
+  }
+  if (msg == platform::WM_CHAR && m_tabTaken && wParam == u'\t') {
+    m_tabTaken = false;
     return true;
   }
   if (msg == platform::WM_CHAR && m_tabPassed && wParam == u'\t') {
@@ -92,6 +105,19 @@ bool USTextBoxEx::OnInnerSiteMessage(uint32_t msg, uintptr_t wParam, intptr_t lP
 
 void USTextBoxEx::OnInnerKeyDown(int16_t& KeyCode, int16_t& Shift) {
   if (!m_routed) return;
+  m_listTookChar = 0;
+  if (m_shellComplete && !m_locked) {
+    // The suggestion list lies over the box: while it is open its keys are its own and reach
+    // neither the host nor the box.
+    bool taken = false;
+    Step([&] { taken = m_shellComplete->KeyDown(KeyCode, Shift); });
+    if (taken) {
+      if (KeyCode == platform::VK_RETURN) m_listTookChar = 13;
+      else if (KeyCode == platform::VK_ESCAPE) m_listTookChar = 27;
+      KeyCode = 0;
+      return;
+    }
+  }
   Step([&] { KeyDown(KeyCode, Shift); });
   // The clipboard shortcuts are noted so that the keys that follow skip every filter; the
   // change they make is reformatted by the change handler.
@@ -110,6 +136,7 @@ void USTextBoxEx::HandleKeyDown(int16_t& KeyCode, int16_t& Shift) {
   m_swallowBackspace = false;
   if (m_locked) return;
   HandlerScope scope(m_inHandler);
+  if (m_textEvents) Step([&] { m_textEvents->Texto_Verificar(KeyCode); });
   if (Shift == 0 && !m_mask.empty()) {
     const int32_t maskLength = static_cast<int32_t>(m_mask.size());
     if (KeyCode == kDelete || KeyCode == kBackspace) {
@@ -147,6 +174,11 @@ void USTextBoxEx::PrepareMaskEntry() {
 
 void USTextBoxEx::OnInnerKeyPress(int16_t& KeyAscii) {
   if (!m_routed) return;
+  if (m_listTookChar != 0 && KeyAscii == m_listTookChar) {
+    m_listTookChar = 0;
+    KeyAscii = 0;
+    return;
+  }
   Step([&] { KeyPress(KeyAscii); });
   if (KeyAscii == kBackspace && m_swallowBackspace) {
     // The key-down handling already deleted in the mask.
@@ -157,6 +189,13 @@ void USTextBoxEx::OnInnerKeyPress(int16_t& KeyAscii) {
   if (KeyAscii == kBackspace && m_inner->SelStart() == 0 && m_inner->SelLength() == 0) {
     KeyAscii = 0;
     return;
+  }
+  // A character typed without a key going down first (text put in by an input method) still
+  // tells the completions whether text is being added or taken away.
+  if (KeyAscii != 0) {
+    const int16_t typed = KeyAscii == kBackspace ? kBackspace : 0;
+    if (m_textEvents) Step([&] { m_textEvents->Texto_Verificar(typed); });
+    if (m_shellComplete) m_shellComplete->CharTyped(KeyAscii);
   }
   if (!(m_ctrlZ || m_ctrlX || m_ctrlC || m_ctrlV)) Step([&] { HandleKeyPress(KeyAscii); });
 }
@@ -230,12 +269,21 @@ void USTextBoxEx::OnChange() {
       const String digits = FilterMaskChars(text, Only_Number, true);
       if (digits != text) m_inner->Text(digits);
     }
+    if (m_number.formatType == To_Text && m_mask.empty() && m_textEvents) {
+      Step([&] { m_textEvents->Texto_AutoCompletar(*m_inner); });
+    }
+    if (m_number.formatType == To_Text && m_mask.empty() && m_shellComplete) {
+      Step([&] { m_shellComplete->TextChanged(); });
+    }
     if (m_textCase != Case_Normal) {
       const String cased = ApplyTextCase(m_inner->Text(), m_textCase);
       if (cased != m_inner->Text()) {
+        // The selection survives the case: a completion stays selected after the typed text.
         const int32_t caret = m_inner->SelStart();
+        const int32_t selected = m_inner->SelLength();
         m_inner->Text(cased);
         m_inner->SelStart(caret);
+        m_inner->SelLength(selected);
       }
     }
   }
@@ -301,6 +349,7 @@ void USTextBoxEx::OnInnerLostFocus() {
 
 void USTextBoxEx::LeaveFocus() {
   m_hasFocus = false;
+  if (m_shellComplete) Step([&] { m_shellComplete->Close(); });
   Step([&] { ApplyLook(kLookNormal, true); });
   if (m_locked || m_number.formatType != To_Currency) return;
   HandlerScope scope(m_inHandler);
