@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "entry/EntryExample.h"
 #include "chrome/USRibbon.h"
 #include "chrome/USRibbonExample.h"
 #include "entry/ListsExample.h"
@@ -334,6 +335,13 @@ int main(int argc, char** argv) {
     mx::platform::ScopedVirtualClock clock;
     return mx::entry::RenderListsExample(argv[2], argv[3], argv[4], std::cerr);
   }
+  // mxdemo --entry FORM.frm DATABASE.db OUT.png: the text boxes, the town field completing
+  // from its database.
+  if (argc == 5 && std::string(argv[1]) == "--entry") {
+    mx::RegisterLibrary();
+    mx::platform::ScopedVirtualClock clock;
+    return mx::entry::RenderEntryExample(argv[2], argv[3], argv[4], std::cerr);
+  }
   if ((argc == 4 || argc == 5) && std::string(argv[1]) == "--form") {
     // The wait is a one-line script kept beside the picture while the form runs.
     const std::string wait = argc == 5 ? argv[4] : "500";
@@ -352,7 +360,7 @@ int main(int argc, char** argv) {
   }
   if (argc != 2 && argc != 3) {
     std::fprintf(stderr, "usage: mxdemo OUT.png [FORM.frm] | --form FORM.frm OUT.png [MS] | --grid FORM.frm DB OUT.png\n"
-                 "       mxdemo --lists FORM.frm DB OUT.png\n"
+                 "       mxdemo --lists FORM.frm DB OUT.png | --entry FORM.frm DB OUT.png\n"
                  "       mxdemo --gallery FORM.frm DB OUT.png [--window]\n");
     return 2;
   }

@@ -33,7 +33,7 @@ class TextBoxFormRunTest : public ::testing::Test {
   }
   std::string Run(const std::string& script, const std::string& savePath = {}) {
     host::FormRunOptions options;
-    options.formPath = std::string(MX_SOURCE_DIR) + "/examples/textbox.frm";
+    options.formPath = std::string(MX_SOURCE_DIR) + "/examples/entry.frm";
     options.scriptPath = Write("textbox_script.txt", script);
     options.savePath = savePath;
     std::ostringstream out, err;
