@@ -68,6 +68,20 @@ void RegisterListClass() {
 // The list is drawn in the system's window and selection colours.
 OLE_COLOR System(OLE_COLOR colour) { return static_cast<OLE_COLOR>(host::TranslateColor(colour)); }
 
+// A path too wide for its row loses its start, not its end: the name being completed stays
+// in sight ("...ects/report.txt").
+String FitFromTheEnd(HDC dc, const String& text, int32_t width) {
+  SIZE size{};
+  GetTextExtentPoint32W(dc, text, &size);
+  if (size.cx <= width) return text;
+  for (size_t cut = 1; cut < text.size(); ++cut) {
+    String shown = u"..." + text.substr(cut);
+    GetTextExtentPoint32W(dc, shown, &size);
+    if (size.cx <= width) return shown;
+  }
+  return u"...";
+}
+
 bool StartsWith(const std::string& s, const std::string& prefix) {
   return s.size() >= prefix.size() && s.compare(0, prefix.size(), prefix) == 0;
 }
@@ -295,8 +309,8 @@ void ShellAutoComplete::PaintList(HDC dc) const {
       fore = System(host::vbHighlightText);
     }
     RECT textRect{line.left + kTextInset, line.top, line.right - kTextInset, line.bottom};
-    frame::DrawTextColor(dc, m_items[static_cast<size_t>(i)], textRect,
-                         DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS, fore);
+    frame::DrawTextColor(dc, FitFromTheEnd(dc, m_items[static_cast<size_t>(i)], textRect.right - textRect.left),
+                         textRect, DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX, fore);
   }
   if (m_font) SelectObject(dc, old);
 }
