@@ -12,6 +12,7 @@
 
 #include "platform/Clock.h"
 #include "platform/HandleTable.h"
+#include "platform/MessageQueue.h"
 #include "platform/User.h"
 
 namespace mx::platform::testing {
@@ -46,6 +47,9 @@ inline std::string MessageName(UINT m) {
 // A clean desktop and a virtual clock for every test.
 class WindowingTest : public ::testing::Test {
  protected:
+  // Longer than any clean-up delay the library schedules.
+  static constexpr uint64_t kScheduledCleanupMs = 250;
+
   void SetUp() override {
     ResetWindowing();
     m_windowsAtStart = LiveHandleCount(HandleType::Window);
@@ -55,6 +59,10 @@ class WindowingTest : public ::testing::Test {
   void TearDown() override {
     // Handlers may refer to the test's locals, which are gone by now.
     m_handlers.clear();
+    // Clean-ups the code under test scheduled on a timer (a released subclass frees its
+    // procedure 100 ms later) run before the reset drops every timer; on the virtual clock
+    // this costs no real time.
+    if (IsVirtualClock()) RunFor(kScheduledCleanupMs);
     ResetWindowing();
     // Every test leaves no window and no window DC behind.
     EXPECT_EQ(LiveHandleCount(HandleType::Window), m_windowsAtStart);
