@@ -127,6 +127,8 @@ class USFlexGrid : public host::UserControl, public GridData {
   host::Event<> Scroll;
 
   void ConnectEventSink(const host::EventSink& sink) override;
+  // Late binding: every member by name, case-insensitive; names the grid lacks go to the host's.
+  host::Variant Invoke(host::StringView name, host::CallKind kind, std::span<host::Variant> args) override;
   [[nodiscard]] host::String TypeName() const override { return u"USFlexGrid"; }
   [[nodiscard]] host::String ProgId() const override { return u"Morvantix.USFlexGrid"; }
 
