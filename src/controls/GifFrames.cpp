@@ -19,7 +19,8 @@ int readFromMemory(GifFileType* gif, GifByteType* buffer, int count) {
   auto* r = static_cast<MemoryReader*>(gif->UserData);
   if (count <= 0) return 0;
   const size_t n = std::min(static_cast<size_t>(count), r->size - r->pos);
-  std::memcpy(buffer, r->data + r->pos, n);
+  // Empty input has no data pointer at all, and memcpy may not be given a null one.
+  if (n) std::memcpy(buffer, r->data + r->pos, n);
   r->pos += n;
   return static_cast<int>(n);
 }
