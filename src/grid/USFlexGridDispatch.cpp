@@ -100,7 +100,8 @@ using Letter = std::function<void(G&, Args indices, const Variant& value)>;
 using Caller = std::function<Variant(G&, Args)>;
 
 struct Member {
-  size_t indices = 0;  // index arguments of a property; the most a method takes
+  size_t indices = 0;  // index arguments of a property
+  size_t maxArgs = 0;  // the most arguments a method takes
   Getter get;
   Letter let;
   Caller call;
@@ -117,7 +118,7 @@ class GridMembers {
   }
   void Method(StringView name, size_t maxArgs, Caller call) {
     Member& m = m_members[host::UCase(name)];
-    m.indices = maxArgs;
+    m.maxArgs = maxArgs;
     m.call = std::move(call);
   }
   // Sub-like members that take no argument and return nothing.
@@ -134,14 +135,13 @@ class GridMembers {
     if (it == m_members.end()) return false;
     const Member& m = it->second;
     const bool write = kind == CallKind::Let || kind == CallKind::Set;
-    if (m.call) {
-      if (write) host::Raise(host::kErrMemberNotSupported, kSource);
-      if (args.size() > m.indices) host::Raise(host::kErrWrongArgumentCount, kSource);
+    if (m.call && !write) {
+      if (args.size() > m.maxArgs) host::Raise(host::kErrWrongArgumentCount, kSource);
       result = m.call(g, args);
       return true;
     }
     if (write) {
-      if (!m.let) host::Raise(383, kSource);
+      if (!m.let) host::Raise(m.call ? host::kErrMemberNotSupported : 383, kSource);
       if (args.empty() || args.size() - 1 > m.indices) host::Raise(host::kErrWrongArgumentCount, kSource);
       m.let(g, args.first(args.size() - 1), args.back());
       result = Variant();
@@ -396,9 +396,12 @@ void AddCells(GridMembers& t) {
   t.Indexed(u"CellAsPicture", 2, [](G& g, Args i) { return ObjectResult(g.CellAsPicture(L(i, 0), L(i, 1))); });
   // CellPicture is written as a property (Set CellPicture(r, c) = p) or called with the picture
   // as the third argument; it has no read (CellAsPicture reads).
-  t.Indexed(u"CellPicture", 3, {}, [](G& g, Args i, const Variant& v) {
-    if (i.size() > 2) host::Raise(host::kErrWrongArgumentCount, kSource);
+  t.Indexed(u"CellPicture", 2, {}, [](G& g, Args i, const Variant& v) {
     g.CellPicture(L(i, 0), L(i, 1), ObjectArg(v));
+  });
+  t.Method(u"CellPicture", 3, [](G& g, Args a) {
+    g.CellPicture(L(a, 0), L(a, 1), ObjectArg(Req(a, 2)));
+    return Variant();
   });
 }
 

@@ -15,6 +15,7 @@
 #include "host/Recordset.h"
 #include "host/ScriptPlayer.h"
 #include "host/StdFont.h"
+#include "host/StdPicture.h"
 
 namespace mx::grid::testing {
 namespace {
@@ -233,6 +234,29 @@ TEST_F(GridDispatchTest, TheGridsOwnMembersWinOverTheHostsOfTheSameName) {
   // A name the grid lacks still reaches the host: the surface's back colour.
   Let(g, u"BackColor", {N(0x00FFFF)});
   EXPECT_EQ(m_grid->UserControl::BackColor(), 0x00FFFF);
+}
+
+TEST_F(GridDispatchTest, ObjectArgumentsArePicturesControlsAndListsOrNothing) {
+  const Variant g = MakeByName();
+  FillFruit(g);
+  auto picture = std::make_shared<host::StdPicture>();
+  // Called with the picture as the third argument, or set as an indexed property.
+  Call(g, u"CellPicture", {N(0), N(0), Variant(picture)});
+  EXPECT_EQ(Get(g, u"CellAsPicture", {N(0), N(0)}).Obj(), std::static_pointer_cast<host::Object>(picture));
+  host::CallByName(g, u"CellPicture", CallKind::Set, {N(1), N(0), Variant(picture)});
+  EXPECT_EQ(Get(g, u"CellAsPicture", {N(1), N(0)}).Obj(), std::static_pointer_cast<host::Object>(picture));
+  host::CallByName(g, u"CellPicture", CallKind::Set, {N(1), N(0), Variant::Nothing()});
+  EXPECT_TRUE(Get(g, u"CellAsPicture", {N(1), N(0)}).IsNothing());
+  EXPECT_EQ(ErrorOf([&] { Call(g, u"CellPicture", {N(0), N(0)}); }), host::kErrWrongArgumentCount);
+  EXPECT_EQ(ErrorOf([&] { Call(g, u"CellPicture", {N(0), N(0), S(u"pic.png")}); }), host::kErrTypeMismatch);
+
+  // An image list must be one; Nothing unbinds.
+  EXPECT_EQ(ErrorOf([&] { host::CallByName(g, u"ImageList", CallKind::Set, {Variant(picture)}); }),
+            host::kErrTypeMismatch);
+  host::CallByName(g, u"ImageList", CallKind::Set, {Variant::Nothing()});
+  EXPECT_TRUE(Get(g, u"ImageList").IsNothing());
+  // A bound editor is any object reached by late binding; a number is no control.
+  EXPECT_EQ(ErrorOf([&] { Call(g, u"BindControl", {N(0), N(5)}); }), host::kErrTypeMismatch);
 }
 
 TEST_F(GridDispatchTest, ColumnFilesReportFailuresThroughTheirByReferenceArgument) {
