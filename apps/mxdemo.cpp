@@ -211,6 +211,13 @@ int renderForm(const std::string& form, const std::string& out, const std::strin
   options.formPath = form;
   options.pngPath = out;
   options.scriptPath = script;
+  // A ribbon's tabs are added by code: an empty one gets the example's.
+  options.prepare = [](mx::host::Form& f) {
+    for (const auto& control : f.Controls()) {
+      auto ribbon = std::dynamic_pointer_cast<mx::chrome::USRibbon>(control);
+      if (ribbon && ribbon->TabCount() == 0) mx::chrome::FillExampleRibbon(*ribbon);
+    }
+  };
   // Events are not of interest here; errors are.
   std::ostream quiet(nullptr);
   return mx::host::RunForm(options, quiet, std::cerr);

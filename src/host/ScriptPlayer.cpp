@@ -361,6 +361,7 @@ int RunForm(const FormRunOptions& options, std::ostream& out, std::ostream& err)
 
   int code = 0;
   try {
+    if (options.prepare) options.prepare(*form);
     form->Show();
     platform::PumpMessages();
     ScriptPlayer player(form);

@@ -90,6 +90,9 @@ struct FormRunOptions {
   // unloaded (the window closed), or until timeoutMs of real time has passed when above 0.
   bool window = false;
   int32_t timeoutMs = 0;
+  // Called with the loaded form before it shows: what a program's form load would add (content
+  // a form file cannot hold, such as a database's rows).
+  std::function<void(Form&)> prepare;
 };
 // Returns the process exit code: 0 on success, 1 for a form or script that cannot be read or
 // played (the message, with its line, goes to err).
