@@ -187,8 +187,8 @@ void AddPersisted(GridMembers& t) {
          [](G& g, Args, const Variant& v) { g.TotalLineShow(v.ToBoolean()); });
   t.Prop(u"HeaderFormatString", [](G& g, Args) { return Variant(g.HeaderFormatString()); },
          [](G& g, Args, const Variant& v) { g.HeaderFormatString(v.ToString()); });
-  // Fonts are objects: a font that is no StdFont is a type mismatch; Nothing is refused by the
-  // setter's own rule (it keeps the font it has).
+  // Fonts are objects: a font that is no StdFont is a type mismatch; Nothing keeps the font the
+  // grid has, since measuring and painting always need one.
   t.Prop(u"Font", [](G& g, Args) { return ObjectResult(g.Font()); },
          [](G& g, Args, const Variant& v) {
            if (auto f = TypedObject<host::StdFont>(v)) g.Font(std::move(f));
