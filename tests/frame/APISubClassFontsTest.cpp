@@ -69,7 +69,9 @@ TEST_F(APISubClassFontsTest, OwnerGetsThePlatformArgumentsAndMayStop) {
     EXPECT_EQ(args.size(), 4u);
     const auto* tm = reinterpret_cast<const TEXTMETRICW*>(args[1]);
     EXPECT_NE(tm, nullptr);
-    if (tm) EXPECT_GT(tm->tmHeight, 0);
+    if (tm) {
+      EXPECT_GT(tm->tmHeight, 0);
+    }
     EXPECT_EQ(args[2], static_cast<intptr_t>(TRUETYPE_FONTTYPE));
     EXPECT_EQ(args[3], 0);
     seen.push_back(reinterpret_cast<const LOGFONTW*>(args[0])->lfFaceName);
