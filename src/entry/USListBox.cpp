@@ -142,56 +142,35 @@ void USListBox::Clear() {
 }
 
 Variant USListBox::Item(int32_t Index) const { return At(Index).item; }
-void USListBox::Item(int32_t Index, const Variant& value) {
-  At(Index).item = value;
-  DrawItem(Index, true);
-}
+void USListBox::Item(int32_t Index, const Variant& value) { SetField(Index, &ItemRecord::item, value); }
 int32_t USListBox::ItemData(int32_t Index) const { return At(Index).itemData; }
-void USListBox::ItemData(int32_t Index, int32_t value) {
-  At(Index).itemData = value;
-  DrawItem(Index, true);
-}
+void USListBox::ItemData(int32_t Index, int32_t value) { SetField(Index, &ItemRecord::itemData, value); }
 int32_t USListBox::ItemIcon(int32_t Index) const { return At(Index).itemIcon; }
-void USListBox::ItemIcon(int32_t Index, int32_t value) {
-  At(Index).itemIcon = value;
-  DrawItem(Index, true);
-}
+void USListBox::ItemIcon(int32_t Index, int32_t value) { SetField(Index, &ItemRecord::itemIcon, value); }
 int32_t USListBox::ItemIconSelected(int32_t Index) const { return At(Index).itemIconSelected; }
 void USListBox::ItemIconSelected(int32_t Index, int32_t value) {
-  At(Index).itemIconSelected = value;
-  DrawItem(Index, true);
+  SetField(Index, &ItemRecord::itemIconSelected, value);
 }
 int32_t USListBox::ItemForeColor(int32_t Index) const { return At(Index).itemForeColor; }
-void USListBox::ItemForeColor(int32_t Index, int32_t value) {
-  At(Index).itemForeColor = value;
-  DrawItem(Index, true);
-}
+void USListBox::ItemForeColor(int32_t Index, int32_t value) { SetField(Index, &ItemRecord::itemForeColor, value); }
 bool USListBox::ItemEnabled(int32_t Index) const { return At(Index).itemEnabled; }
-void USListBox::ItemEnabled(int32_t Index, bool value) {
-  At(Index).itemEnabled = value;
-  DrawItem(Index, true);
-}
+void USListBox::ItemEnabled(int32_t Index, bool value) { SetField(Index, &ItemRecord::itemEnabled, value); }
 String USListBox::ItemToolTip(int32_t Index) const { return At(Index).itemToolTip; }
 void USListBox::ItemToolTip(int32_t Index, StringView value) {
-  At(Index).itemToolTip = String(value);
+  // The tip of the item under the pointer takes the new text at the next move.
   if (m_tipIndex == Index) m_tipIndex = -1;
-  DrawItem(Index, true);
+  SetField(Index, &ItemRecord::itemToolTip, String(value));
 }
 std::shared_ptr<host::StdPicture> USListBox::ItemMouseIcon(int32_t Index) const { return At(Index).itemMouseIcon; }
 void USListBox::ItemMouseIcon(int32_t Index, std::shared_ptr<host::StdPicture> value) {
-  At(Index).itemMouseIcon = std::move(value);
-  DrawItem(Index, true);
+  SetField(Index, &ItemRecord::itemMouseIcon, std::move(value));
 }
 bool USListBox::ItemSeparatorLine(int32_t Index) const { return At(Index).itemSeparatorLine; }
 void USListBox::ItemSeparatorLine(int32_t Index, bool value) {
-  At(Index).itemSeparatorLine = value;
-  DrawItem(Index, true);
+  SetField(Index, &ItemRecord::itemSeparatorLine, value);
 }
 String USListBox::ItemTag(int32_t Index) const { return At(Index).itemTag; }
-void USListBox::ItemTag(int32_t Index, StringView value) {
-  At(Index).itemTag = String(value);
-  DrawItem(Index, true);
-}
+void USListBox::ItemTag(int32_t Index, StringView value) { SetField(Index, &ItemRecord::itemTag, String(value)); }
 bool USListBox::ItemSelected(int32_t Index) const {
   At(Index);
   return m_selected[static_cast<size_t>(Index)] != 0;

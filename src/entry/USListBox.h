@@ -301,6 +301,12 @@ class USListBox : public host::UserControl {
   // Table access that raises 9 for an index out of range.
   [[nodiscard]] const ItemRecord& At(int32_t index) const;
   ItemRecord& At(int32_t index);
+  // Stores one field of item index (raising 9 when out of range) and repaints its row.
+  template <typename T>
+  void SetField(int32_t index, T ItemRecord::*field, T value) {
+    At(index).*field = std::move(value);
+    DrawItem(index, true);
+  }
   [[nodiscard]] String ItemText(int32_t index) const;
   void EnsureTableRoom(int32_t lastIndex);
   void SetRecord(ItemRecord& r, const host::Variant& Item, int32_t ItemData, int32_t ItemIcon,

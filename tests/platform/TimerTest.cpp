@@ -95,6 +95,9 @@ TEST_F(TimerTest, ProceduresAndThreadTimers) {
   RunFor(10);
   EXPECT_EQ(calls.back(), "replaced");
   EXPECT_EQ(SetTimer(0xDEAD, 1, 10), 0u);  // a stale window
+  // The procedures hold this test's locals: they must not outlive it.
+  KillTimer(m_w, id);
+  KillTimer(0, t2);
 }
 
 TEST_F(TimerTest, GetMessageMovesTheClockToTheNextTimer) {
