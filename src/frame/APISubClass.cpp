@@ -100,8 +100,16 @@ class APISubClass::SelfOwner : public SubclassOwner {
 
 namespace {
 
+void ReleaseBlocksOfGoneWindows();
+
 std::map<platform::WNDPROC, std::shared_ptr<APISubClass::WindowBlock>>& LiveBlocks() {
   thread_local std::map<platform::WNDPROC, std::shared_ptr<APISubClass::WindowBlock>> blocks;
+  // A desktop reset drops the clean-up timers: the blocks of the windows it destroyed go then.
+  thread_local const bool resetHooked = [] {
+    platform::OnResetWindowing(ReleaseBlocksOfGoneWindows);
+    return true;
+  }();
+  (void)resetHooked;
   return blocks;
 }
 
@@ -109,6 +117,20 @@ void KillCleanupTimer(APISubClass::WindowBlock& b) {
   if (b.timer == 0) return;
   platform::KillTimer(0, b.timer);
   b.timer = 0;
+}
+
+void ReleaseBlocksOfGoneWindows() {
+  auto& blocks = LiveBlocks();
+  for (auto it = blocks.begin(); it != blocks.end();) {
+    APISubClass::WindowBlock& b = *it->second;
+    if (b.nesting > 0 || platform::IsWindow(b.hwnd)) {
+      ++it;
+      continue;
+    }
+    KillCleanupTimer(b);
+    platform::UnregisterWindowProc(b.entry);
+    it = blocks.erase(it);
+  }
 }
 
 // Step 9: the window gets its procedure back and the block waits for its timer. A window that

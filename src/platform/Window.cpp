@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
+#include <vector>
 
 #include "platform/Cursor.h"
 #include "platform/Desktop.h"
@@ -984,12 +986,24 @@ BOOL EqualRect(const RECT* a, const RECT* b) { return a && b && *a == *b ? TRUE 
 
 // ---- reset -------------------------------------------------------------------------------------
 
+namespace {
+
+std::vector<std::function<void()>>& ResetSteps() {
+  thread_local std::vector<std::function<void()>> steps;
+  return steps;
+}
+
+}  // namespace
+
+void OnResetWindowing(std::function<void()> step) { ResetSteps().push_back(std::move(step)); }
+
 void ResetWindowing() {
   UserState& st = St();
   for (int pass = 0; pass < 4 && !st.topLevels.empty(); ++pass) {
     std::vector<HWND> tops = st.topLevels;
     for (HWND h : tops) DestroyWindow(h);
   }
+  for (const auto& step : ResetSteps()) step();
   st.posted.clear();
   st.input.clear();
   st.quitPosted = false;

@@ -241,5 +241,9 @@ BOOL SubtractRect(RECT* dst, const RECT* a, const RECT* b);
 // hooks, capture, focus, activation, key state, tracking, beeps, system colours and the screen
 // settings, so that each test starts from an empty default desktop.
 void ResetWindowing();
+// Adds a step to every later ResetWindowing of this thread, run once the windows are gone and
+// before the timers are dropped: for layers above that free what belonged to those windows on a
+// timer (the reset would otherwise throw that timer away with the clean-up in it).
+void OnResetWindowing(std::function<void()> step);
 
 }  // namespace mx::platform

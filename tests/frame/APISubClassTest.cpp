@@ -88,6 +88,18 @@ TEST_F(APISubClassTest, BeforeOriginalAfterInOrderAndTheAfterCallSeesTheResult) 
   EXPECT_EQ(Take(), (Log{"before:1=0", "w:0x1025", "after:1=7", "w:0x1026"}));
 }
 
+TEST_F(APISubClassTest, DesktopResetFreesTheBlocksOfTheWindowsItDestroys) {
+  TestOwner owner;
+  APISubClass sc;
+  SubclassLogged(sc, owner);
+  const WNDPROC entry = ProcOf(m_wnd);
+  ASSERT_EQ(APISubClass::LiveWindowBlocks(), m_blocksAtStart + 1);
+  // The window goes with the reset, and with it the timer that would have freed its block.
+  ResetWindowing();
+  EXPECT_EQ(APISubClass::LiveWindowBlocks(), m_blocksAtStart);
+  EXPECT_FALSE(UnregisterWindowProc(entry)) << "the block's procedure is already gone";
+}
+
 TEST_F(APISubClassTest, MessageHandledBeforeReachesNeitherOriginalNorAfter) {
   TestOwner owner;
   APISubClass sc;
