@@ -331,7 +331,7 @@ void AddStorageMembers(GridMembers& t) {
       {u"SetCellFontUnderline", &GridData::SetCellFontUnderline},
       {u"SetCellFontStrikethrough", &GridData::SetCellFontStrikethrough}};
   for (const auto& [name, set] : cellFonts)
-    t.Method(name, 3, [set](G& g, Args a) {
+    t.Method(name, 3, [set = set](G& g, Args a) {
       (g.*set)(L(a, 0), L(a, 1), B(a, 2));
       return Variant();
     });
@@ -346,7 +346,7 @@ void AddStorageMembers(GridMembers& t) {
       {u"SetRowForeColorAndFontUnderline", &GridData::SetRowForeColorAndFontUnderline},
       {u"SetRowForeColorAndFontStrikethrough", &GridData::SetRowForeColorAndFontStrikethrough}};
   for (const auto& [name, set] : rowForeFonts)
-    t.Method(name, 4, [set](G& g, Args a) {
+    t.Method(name, 4, [set = set](G& g, Args a) {
       (g.*set)(L(a, 0), L(a, 1), B(a, 2), B(a, 3));
       return Variant();
     });
@@ -357,7 +357,7 @@ void AddStorageMembers(GridMembers& t) {
       {u"SetRowCheckedAndFontUnderline", &GridData::SetRowCheckedAndFontUnderline},
       {u"SetRowCheckedAndFontStrikethrough", &GridData::SetRowCheckedAndFontStrikethrough}};
   for (const auto& [name, set] : rowCheckedFonts)
-    t.Method(name, 3, [set](G& g, Args a) {
+    t.Method(name, 3, [set = set](G& g, Args a) {
       (g.*set)(L(a, 0), B(a, 1), B(a, 2));
       return Variant();
     });
@@ -502,7 +502,7 @@ void AddColumns(GridMembers& t) {
       {u"SaveColumnWidthsToFile", &GridData::SaveColumnWidthsToFile},
       {u"LoadColumnWidthsFromFile", &GridData::LoadColumnWidthsFromFile}};
   for (const auto& [name, member] : files)
-    t.Method(name, 2, [member](G& g, Args a) {
+    t.Method(name, 2, [member = member](G& g, Args a) {
       String error;
       const bool ok = (g.*member)(S(a, 0), error);
       if (a.size() > 1) a[1] = Variant(error);
