@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 
 namespace mx::controls {
 
@@ -32,23 +33,37 @@ struct GifCloser {
   }
 };
 
-// The looping extension: an application block "NETSCAPE2.0" (or the older "ANIMEXTS1.0")
-// followed by a sub-block 1, count low, count high. Returns the count, or -1 when absent.
-int32_t FindRepeatCount(const ExtensionBlock* blocks, int count) {
-  for (int i = 0; i + 1 < count; ++i) {
-    const ExtensionBlock& app = blocks[i];
-    if (app.Function != APPLICATION_EXT_FUNC_CODE || app.ByteCount != 11) continue;
-    if (std::memcmp(app.Bytes, "NETSCAPE2.0", 11) != 0 && std::memcmp(app.Bytes, "ANIMEXTS1.0", 11) != 0) continue;
-    const ExtensionBlock& sub = blocks[i + 1];
-    if (sub.Function != CONTINUE_EXT_FUNC_CODE || sub.ByteCount < 3 || sub.Bytes[0] != 1) continue;
-    return sub.Bytes[1] | (sub.Bytes[2] << 8);
-  }
-  return -1;
+GraphicsControlBlock NoControlBlock() {
+  GraphicsControlBlock gcb{};
+  gcb.DisposalMode = DISPOSAL_UNSPECIFIED;
+  gcb.TransparentColor = NO_TRANSPARENT_COLOR;
+  return gcb;
 }
 
-// The canvas is top-down, one 32-bit word per pixel holding B, G, R, A in memory order. GIF
-// colours are either fully opaque or fully transparent, so straight and premultiplied agree.
-using Canvas = std::vector<uint32_t>;
+// The looping extension: an application block "NETSCAPE2.0" (or the older "ANIMEXTS1.0") whose
+// first sub-block is 1, count low, count high. giflib's blocks start with their length byte.
+bool IsLoopingApplication(const GifByteType* block) {
+  return block[0] == 11 && (std::memcmp(block + 1, "NETSCAPE2.0", 11) == 0 ||
+                            std::memcmp(block + 1, "ANIMEXTS1.0", 11) == 0);
+}
+
+// Reads one extension to its end, keeping what the frames need: the control block that applies
+// to the next frame, and the first looping count of the file. False when the data is damaged.
+bool ReadExtension(GifFileType* gif, GraphicsControlBlock& next, int32_t& repeat) {
+  int code = 0;
+  GifByteType* block = nullptr;
+  if (DGifGetExtension(gif, &code, &block) == GIF_ERROR) return false;
+  if (block && code == GRAPHICS_EXT_FUNC_CODE) DGifExtensionToGCB(block[0], block + 1, &next);
+  bool looping = block && code == APPLICATION_EXT_FUNC_CODE && IsLoopingApplication(block);
+  while (block) {
+    if (DGifGetExtensionNext(gif, &block) == GIF_ERROR) return false;
+    if (looping && block) {
+      if (repeat < 0 && block[0] >= 3 && block[1] == 1) repeat = block[2] | (block[3] << 8);
+      looping = false;
+    }
+  }
+  return true;
+}
 
 uint32_t Opaque(const GifColorType& c) {
   return 0xFF000000u | (static_cast<uint32_t>(c.Red) << 16) | (static_cast<uint32_t>(c.Green) << 8) | c.Blue;
@@ -66,47 +81,51 @@ Clip ClipToScreen(const GifImageDesc& d, int32_t w, int32_t h) {
   return Clip{x0, y0, std::max<int32_t>(x0, static_cast<int32_t>(x1)), std::max<int32_t>(y0, static_cast<int32_t>(y1))};
 }
 
-void DrawFrame(Canvas& canvas, int32_t screenWidth, const SavedImage& image, const ColorMapObject& map,
-               int32_t transparent, const Clip& clip) {
-  const GifImageDesc& d = image.ImageDesc;
-  for (int32_t y = clip.y0; y < clip.y1; ++y) {
-    const GifByteType* src = image.RasterBits + static_cast<size_t>(y - d.Top) * d.Width + (clip.x0 - d.Left);
-    uint32_t* dst = canvas.data() + static_cast<size_t>(y) * screenWidth + clip.x0;
-    for (int32_t x = clip.x0; x < clip.x1; ++x, ++src, ++dst) {
-      const int index = *src;
-      // An index past the table is how some encoders write "nothing here": left alone as well.
-      if (index == transparent || index >= map.ColorCount) continue;
-      *dst = Opaque(map.Colors[index]);
+// One picture row as 32-bit words holding B, G, R, A in memory order. Bottom-up: the first row
+// in memory is the last picture row. GIF colours are either fully opaque or fully transparent,
+// so straight and premultiplied agree.
+uint32_t* PictureRow(const image::API32bppDIB& picture, int32_t y) {
+  return reinterpret_cast<uint32_t*>(picture.BitsPointer() + static_cast<size_t>(picture.Height() - 1 - y) * picture.scanWidth());
+}
+
+void FillRect(const image::API32bppDIB& picture, const Clip& clip, uint32_t value) {
+  for (int32_t y = clip.y0; y < clip.y1; ++y) std::fill(PictureRow(picture, y) + clip.x0, PictureRow(picture, y) + clip.x1, value);
+}
+
+// Reads the current frame's rows in the file's order (an interlaced frame comes in four passes)
+// and draws the visible part of each over `picture`. Only one row is held, so a frame claiming
+// far more than the screen costs the time of its data and no memory. An index past the colour
+// table is how some encoders write "nothing here": left alone, like the transparent one. False
+// when the data runs out or is damaged.
+bool DrawFrameRows(GifFileType* gif, const image::API32bppDIB& picture, const Clip& clip, const ColorMapObject* map,
+                   int32_t transparent) {
+  static constexpr int kPassStart[] = {0, 4, 2, 1};
+  static constexpr int kPassStep[] = {8, 8, 4, 2};
+  const GifImageDesc& d = gif->Image;
+  std::vector<GifPixelType> row(static_cast<size_t>(d.Width));
+  const int passes = d.Interlace ? 4 : 1;
+  for (int pass = 0; pass < passes; ++pass) {
+    const int step = d.Interlace ? kPassStep[pass] : 1;
+    for (int r = d.Interlace ? kPassStart[pass] : 0; r < d.Height; r += step) {
+      if (DGifGetLine(gif, row.data(), d.Width) == GIF_ERROR) return false;
+      const int64_t y = static_cast<int64_t>(d.Top) + r;
+      if (!map || y < clip.y0 || y >= clip.y1) continue;
+      uint32_t* dst = PictureRow(picture, static_cast<int32_t>(y));
+      for (int32_t x = clip.x0; x < clip.x1; ++x) {
+        const int index = row[static_cast<size_t>(x - d.Left)];
+        if (index != transparent && index < map->ColorCount) dst[x] = Opaque(map->Colors[index]);
+      }
     }
   }
+  return true;
 }
 
-void FillRect(Canvas& canvas, int32_t screenWidth, const Clip& clip, uint32_t value) {
-  for (int32_t y = clip.y0; y < clip.y1; ++y)
-    std::fill_n(canvas.data() + static_cast<size_t>(y) * screenWidth + clip.x0, clip.x1 - clip.x0, value);
-}
-
-void CopyRect(Canvas& to, const Canvas& from, int32_t screenWidth, const Clip& clip) {
-  for (int32_t y = clip.y0; y < clip.y1; ++y) {
-    const size_t at = static_cast<size_t>(y) * screenWidth + clip.x0;
-    std::copy_n(from.data() + at, clip.x1 - clip.x0, to.data() + at);
-  }
-}
-
-std::shared_ptr<image::API32bppDIB> ToPicture(const Canvas& canvas, int32_t w, int32_t h) {
-  auto dib = std::make_shared<image::API32bppDIB>();
-  if (!dib->InitializeDIB(w, h)) return nullptr;
-  bool anyClear = false;
-  // Bottom-up: the first row in memory is the last picture row.
-  for (int32_t y = 0; y < h; ++y) {
-    const uint32_t* src = canvas.data() + static_cast<size_t>(y) * w;
-    uint8_t* dst = dib->BitsPointer() + static_cast<size_t>(h - 1 - y) * w * 4;
-    std::memcpy(dst, src, static_cast<size_t>(w) * 4);
-    if (!anyClear) anyClear = std::any_of(src, src + w, [](uint32_t p) { return (p >> 24) == 0; });
-  }
-  dib->SetImageType(image::imgGIF);
-  dib->Alpha(anyClear ? image::AlphaSimple : image::AlphaNone);
-  return dib;
+void SetAlphaKind(image::API32bppDIB& picture) {
+  const auto* p = reinterpret_cast<const uint32_t*>(picture.BitsPointer());
+  const bool anyClear = std::any_of(p, p + static_cast<size_t>(picture.Width()) * picture.Height(),
+                                    [](uint32_t v) { return (v >> 24) == 0; });
+  picture.SetImageType(image::imgGIF);
+  picture.Alpha(anyClear ? image::AlphaSimple : image::AlphaNone);
 }
 
 }  // namespace
@@ -130,62 +149,65 @@ bool GifFrames::Decode(std::span<const uint8_t> data) {
   int error = 0;
   std::unique_ptr<GifFileType, GifCloser> gif(DGifOpen(&reader, readFromMemory, &error));
   if (!gif) return false;
-  // A file cut short after some whole frames still slurps those frames before the error: play
-  // what arrived, as a viewer does with a partly read file. The frame being read when the data
-  // ran out is dropped, its raster only partly written.
-  const bool complete = DGifSlurp(gif.get()) == GIF_OK;
-  if (gif->ImageCount < 1 || !gif->SavedImages) return false;
-  const int imageCount = complete ? gif->ImageCount : gif->ImageCount - 1;
   const int32_t w = gif->SWidth;
   const int32_t h = gif->SHeight;
-  if (w <= 0 || h <= 0) return false;
-  int32_t usable = 0;
-  for (int i = 0; i < imageCount; ++i) {
-    if (gif->SavedImages[i].RasterBits) usable = i + 1;
-    else break;
-  }
-  if (usable == 0) return false;
-  if (static_cast<int64_t>(w) * h * usable > kMaxPixels) return false;
+  const int64_t screen = static_cast<int64_t>(w) * h;
+  if (w <= 0 || h <= 0 || screen > kMaxPixels) return false;
 
-  int32_t repeat = FindRepeatCount(gif->ExtensionBlocks, gif->ExtensionBlockCount);
-  for (int i = 0; i < usable && repeat < 0; ++i)
-    repeat = FindRepeatCount(gif->SavedImages[i].ExtensionBlocks, gif->SavedImages[i].ExtensionBlockCount);
-  m_filePlays = repeat < 0 ? 1 : repeat == 0 ? 0 : repeat + 1;
-
-  Canvas canvas(static_cast<size_t>(w) * h, 0);
-  Canvas saved;
   std::vector<GifFrame> frames;
-  frames.reserve(static_cast<size_t>(usable));
-  for (int i = 0; i < usable; ++i) {
-    const SavedImage& image = gif->SavedImages[i];
-    GraphicsControlBlock gcb{};
-    gcb.DisposalMode = DISPOSAL_UNSPECIFIED;
-    gcb.TransparentColor = NO_TRANSPARENT_COLOR;
-    DGifSavedExtensionToGCB(gif.get(), i, &gcb);
+  int32_t repeat = -1;
+  GraphicsControlBlock control = NoControlBlock();
+  // What the next frame is drawn over: the picture `base` (none: all transparent) with `cleared`
+  // made transparent. Disposal "previous" leaves both as they were before the frame.
+  std::shared_ptr<image::API32bppDIB> base;
+  std::optional<Clip> cleared;
+  // Records are read until the trailer. A file cut short or damaged after some whole frames plays
+  // those frames, as a viewer does with a partly read file; the frame being read when the data
+  // ran out is dropped.
+  for (bool reading = true; reading;) {
+    GifRecordType type = UNDEFINED_RECORD_TYPE;
+    if (DGifGetRecordType(gif.get(), &type) == GIF_ERROR) break;
+    if (type == EXTENSION_RECORD_TYPE) {
+      reading = ReadExtension(gif.get(), control, repeat);
+      continue;
+    }
+    if (type != IMAGE_DESC_RECORD_TYPE || DGifGetImageDesc(gif.get()) == GIF_ERROR) break;
+    const GifImageDesc& d = gif->Image;
+    if (d.Width <= 0 || d.Height <= 0) break;
+    // Every frame keeps a picture of the whole screen.
+    if (screen * static_cast<int64_t>(frames.size() + 1) > kMaxPixels) return false;
+
+    auto picture = std::make_shared<image::API32bppDIB>();
+    if (!picture->InitializeDIB(w, h)) return false;
+    if (base) std::memcpy(picture->BitsPointer(), base->BitsPointer(), static_cast<size_t>(screen) * 4);
+    if (cleared) FillRect(*picture, *cleared, 0);
 
     GifFrame f;
-    f.left = image.ImageDesc.Left;
-    f.top = image.ImageDesc.Top;
-    f.width = image.ImageDesc.Width;
-    f.height = image.ImageDesc.Height;
-    f.delayCs = gcb.DelayTime;
-    f.disposal = gcb.DisposalMode >= 0 && gcb.DisposalMode <= 3 ? gcb.DisposalMode : 0;
-    f.transparent = gcb.TransparentColor;
-    const Clip clip = ClipToScreen(image.ImageDesc, w, h);
+    f.left = d.Left;
+    f.top = d.Top;
+    f.width = d.Width;
+    f.height = d.Height;
+    f.delayCs = control.DelayTime;
+    f.disposal = control.DisposalMode >= 0 && control.DisposalMode <= 3 ? control.DisposalMode : 0;
+    f.transparent = control.TransparentColor;
+    control = NoControlBlock();
+    const Clip clip = ClipToScreen(d, w, h);
+    const ColorMapObject* map = d.ColorMap ? d.ColorMap : gif->SColorMap;
+    if (map && map->ColorCount <= 0) map = nullptr;
+    if (!DrawFrameRows(gif.get(), *picture, clip, map, f.transparent)) break;
+    SetAlphaKind(*picture);
 
-    // What "previous" restores is the canvas as it was before this frame was drawn.
-    if (f.disposal == DISPOSE_PREVIOUS) saved = canvas;
-    const ColorMapObject* map = image.ImageDesc.ColorMap ? image.ImageDesc.ColorMap : gif->SColorMap;
-    if (map && map->ColorCount > 0) DrawFrame(canvas, w, image, *map, f.transparent, clip);
-    f.picture = ToPicture(canvas, w, h);
-    if (!f.picture) return false;
-
-    if (f.disposal == DISPOSE_BACKGROUND) FillRect(canvas, w, clip, 0);
-    else if (f.disposal == DISPOSE_PREVIOUS) CopyRect(canvas, saved, w, clip);
+    if (f.disposal != DISPOSE_PREVIOUS) {
+      base = picture;
+      cleared = f.disposal == DISPOSE_BACKGROUND ? std::optional<Clip>(clip) : std::nullopt;
+    }
+    f.picture = std::move(picture);
     frames.push_back(std::move(f));
   }
+  if (frames.empty()) return false;
   m_width = w;
   m_height = h;
+  m_filePlays = repeat < 0 ? 1 : repeat == 0 ? 0 : repeat + 1;
   m_frames = std::move(frames);
   return true;
 }

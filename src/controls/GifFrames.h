@@ -1,8 +1,8 @@
 #pragma once
 // GifFrames: every frame of an animated GIF, composed as a viewer shows it. giflib reads the
-// whole file (DGifSlurp); each frame is then drawn over what the previous frame's disposal left
-// on a canvas of the logical screen's size, and a copy of the canvas becomes that frame's
-// picture. Pictures are whole-screen API32bppDIB surfaces, so painting a frame is one Render.
+// file record by record; each frame's rows are drawn, as they arrive, over a copy of what the
+// previous frame's disposal left, and that copy becomes the frame's picture. Pictures are
+// whole-screen API32bppDIB surfaces, so painting a frame is one Render.
 //
 // Disposal of frame i, applied before frame i+1 is drawn:
 //   0 unspecified, 1 keep     the canvas stays as frame i left it
@@ -33,12 +33,13 @@ class GifFrames {
   // 0 meaning "as fast as you like", and viewers slow such files down to a usable speed.
   static constexpr int32_t kMinimumDelayCs = 2;
   static constexpr int32_t kDefaultDelayMs = 100;
-  // Screens and frame counts are refused above these, before anything is allocated.
+  // Screens and frame counts are refused above this, before anything is allocated.
   static constexpr int64_t kMaxPixels = 64LL * 1024 * 1024;
 
   // Decodes a whole file; false (and no frames) for data giflib refuses, a zero-sized screen,
-  // no frame, or more pixels in all frames together than kMaxPixels. A frame with no colour
-  // table leaves the canvas as it was.
+  // no whole frame, or more pixels in all frames' pictures together than kMaxPixels, which is
+  // settled before each picture is made. A frame with no colour table leaves the screen as it
+  // was. Data damaged or cut short after whole frames keeps those frames.
   bool Decode(std::span<const uint8_t> data);
   void Clear();
 

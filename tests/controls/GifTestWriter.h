@@ -9,6 +9,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <utility>
 #include <unistd.h>
 #include <vector>
 
@@ -20,6 +21,7 @@ struct TestFrame {
   int delayCs = 0;
   int disposal = 0;
   int transparent = -1;
+  bool interlaced = false;  // rows written in the four passes of an interlaced image
 };
 
 struct TestGif {
@@ -68,8 +70,15 @@ inline std::vector<uint8_t> EncodeGif(const TestGif& g) {
     GifByteType ext[4];
     const size_t n = EGifGCBToExtension(&gcb, ext);
     EGifPutExtension(gif, GRAPHICS_EXT_FUNC_CODE, static_cast<int>(n), ext);
-    EGifPutImageDesc(gif, f.left, f.top, f.width, f.height, false, nullptr);
-    for (int y = 0; y < f.height; ++y)
+    EGifPutImageDesc(gif, f.left, f.top, f.width, f.height, f.interlaced, nullptr);
+    std::vector<int> rows;
+    if (f.interlaced) {
+      for (auto [start, step] : {std::pair{0, 8}, std::pair{4, 8}, std::pair{2, 4}, std::pair{1, 2}})
+        for (int y = start; y < f.height; y += step) rows.push_back(y);
+    } else {
+      for (int y = 0; y < f.height; ++y) rows.push_back(y);
+    }
+    for (int y : rows)
       EGifPutLine(gif, const_cast<GifPixelType*>(f.indexes.data() + static_cast<size_t>(y) * f.width), f.width);
   }
   EGifCloseFile(gif, &error);
