@@ -22,6 +22,7 @@
 namespace mx::chrome {
 
 using controls::detail::Step;
+using controls::detail::BagReader;
 using host::Variant;
 using namespace platform;
 
@@ -436,79 +437,60 @@ void USForm::UserControl_InitProperties() {
 
 void USForm::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   Step([&] { m_userMode = Ambient().UserMode(); });
-  auto read = [&](const char16_t* key, const Variant& def) {
-    Variant v;
-    Step([&] { v = PropBag.ReadProperty(key, def); });
-    return v;
-  };
-  auto readLong = [&](const char16_t* key, int32_t def) {
-    int32_t v = 0;
-    Step([&] { v = read(key, Variant(def)).ToLong(); });
-    return v;
-  };
-  auto readBool = [&](const char16_t* key, bool def) {
-    bool v = false;
-    Step([&] { v = read(key, Variant(def)).ToBoolean(); });
-    return v;
-  };
-  auto readString = [&](const char16_t* key, const String& def) {
-    String v;
-    Step([&] { v = read(key, Variant(def)).ToString(); });
-    return v;
-  };
+  const BagReader saved(PropBag);
   host::Form* form = ParentForm();
 
   Step([&] {
     std::shared_ptr<host::StdFont> ambient = Ambient().Font();
-    auto font = std::dynamic_pointer_cast<host::StdFont>(read(u"Font", Variant(ambient)).Obj());
+    auto font = std::dynamic_pointer_cast<host::StdFont>(saved.Read(u"Font", Variant(ambient)).Obj());
     UserControl::Font(font ? font : ambient);
   });
   Step([&] {
-    m_icon = std::dynamic_pointer_cast<host::StdPicture>(read(u"Icon", Variant::Nothing()).Obj());
+    m_icon = std::dynamic_pointer_cast<host::StdPicture>(saved.Read(u"Icon", Variant::Nothing()).Obj());
     if (!m_icon)
       m_icon = std::dynamic_pointer_cast<host::StdPicture>(AskForm(form, u"Icon", Variant()).ToObject());
   });
   Step([&] {
-    const Variant bytes = read(u"DibPicture", Variant());
+    const Variant bytes = saved.Read(u"DibPicture", Variant());
     if (const host::ByteArray* b = bytes.Bytes()) m_pictureBytes = *b;
     else m_pictureBytes.clear();
   });
-  m_theme = readLong(u"Theme", 2);
-  const bool enabled = readBool(u"Enabled", true);
-  m_allowMove = readBool(u"AllowMove", true);
-  m_allowResize = readBool(u"AllowResize", false);
-  m_backColor = readLong(u"BackColor", 0x9A572B);
-  m_backColorInactive = readLong(u"BackColorInactive", 0x9A572B);
-  m_backColorDisabled = readLong(u"BackColorDisabled", 0xEBEBEB);
-  m_borderColor = readLong(u"BorderColor", 0x7B3E00);
-  m_borderColorInactive = readLong(u"BorderColorInactive", 0x7B3E00);
-  m_borderColorDisabled = readLong(u"BorderColorDisabled", 0x848484);
-  m_borderWidth = readLong(u"BorderWidth", 1);
-  m_caption = readString(u"Caption", form ? form->Caption() : String());
-  m_captionDelimiter = readString(u"CaptionDelimiter", u"-");
-  m_captionOnCenter = readBool(u"CaptionOnCenter", false);
-  m_captionTop = readLong(u"CaptionTop", 7);
-  m_enableClose = readBool(u"EnableCloseButton", true);
-  m_enableMaximize = readBool(u"EnableMaximizeButton", true);
-  m_enableMinimize = readBool(u"EnableMinimizeButton", true);
-  m_showControlBox = readBool(u"ShowControlBox", true);
-  m_showClose = readBool(u"ShowCloseButton", true);
-  m_showMaximize = readBool(u"ShowMaximizeButton", true);
-  m_showMinimize = readBool(u"ShowMinimizeButton", true);
-  m_foreColor = readLong(u"ForeColor", 0xFFFFFF);
-  m_foreColorDelimiter = readLong(u"ForeColorDelimiter", 0xCBAE99);
-  m_foreColorInactive = readLong(u"ForeColorInactive", 0xCBAE99);
-  m_foreColorDisabled = readLong(u"ForeColorDisabled", 0x000000);
-  m_gradientColor1 = readLong(u"GradientColor1", 0xF0F0F0);
-  m_gradientColor2 = readLong(u"GradientColor2", 0xF0F0F0);
-  m_iconSize = readLong(u"IconSize", Icon_16x16);
-  m_iconSizeX = readLong(u"IconSizeX", 16);
-  m_iconSizeY = readLong(u"IconSizeY", 16);
-  m_changeThemeControls = readBool(u"ChangeThemeControls", false);
-  m_showInnerBorder = readBool(u"ShowInnerBorder", false);
-  m_toolTipClose = readString(u"ToolTipClose", u"Fechar");
-  m_toolTipMaximize = readString(u"ToolTipMaximize", u"Maximizar");
-  m_toolTipMinimize = readString(u"ToolTipMinimize", u"Minimizar");
+  m_theme = saved.Long(u"Theme", 2);
+  const bool enabled = saved.Bool(u"Enabled", true);
+  m_allowMove = saved.Bool(u"AllowMove", true);
+  m_allowResize = saved.Bool(u"AllowResize", false);
+  m_backColor = saved.Long(u"BackColor", 0x9A572B);
+  m_backColorInactive = saved.Long(u"BackColorInactive", 0x9A572B);
+  m_backColorDisabled = saved.Long(u"BackColorDisabled", 0xEBEBEB);
+  m_borderColor = saved.Long(u"BorderColor", 0x7B3E00);
+  m_borderColorInactive = saved.Long(u"BorderColorInactive", 0x7B3E00);
+  m_borderColorDisabled = saved.Long(u"BorderColorDisabled", 0x848484);
+  m_borderWidth = saved.Long(u"BorderWidth", 1);
+  m_caption = saved.Text(u"Caption", form ? form->Caption() : String());
+  m_captionDelimiter = saved.Text(u"CaptionDelimiter", u"-");
+  m_captionOnCenter = saved.Bool(u"CaptionOnCenter", false);
+  m_captionTop = saved.Long(u"CaptionTop", 7);
+  m_enableClose = saved.Bool(u"EnableCloseButton", true);
+  m_enableMaximize = saved.Bool(u"EnableMaximizeButton", true);
+  m_enableMinimize = saved.Bool(u"EnableMinimizeButton", true);
+  m_showControlBox = saved.Bool(u"ShowControlBox", true);
+  m_showClose = saved.Bool(u"ShowCloseButton", true);
+  m_showMaximize = saved.Bool(u"ShowMaximizeButton", true);
+  m_showMinimize = saved.Bool(u"ShowMinimizeButton", true);
+  m_foreColor = saved.Long(u"ForeColor", 0xFFFFFF);
+  m_foreColorDelimiter = saved.Long(u"ForeColorDelimiter", 0xCBAE99);
+  m_foreColorInactive = saved.Long(u"ForeColorInactive", 0xCBAE99);
+  m_foreColorDisabled = saved.Long(u"ForeColorDisabled", 0x000000);
+  m_gradientColor1 = saved.Long(u"GradientColor1", 0xF0F0F0);
+  m_gradientColor2 = saved.Long(u"GradientColor2", 0xF0F0F0);
+  m_iconSize = saved.Long(u"IconSize", Icon_16x16);
+  m_iconSizeX = saved.Long(u"IconSizeX", 16);
+  m_iconSizeY = saved.Long(u"IconSizeY", 16);
+  m_changeThemeControls = saved.Bool(u"ChangeThemeControls", false);
+  m_showInnerBorder = saved.Bool(u"ShowInnerBorder", false);
+  m_toolTipClose = saved.Text(u"ToolTipClose", u"Fechar");
+  m_toolTipMaximize = saved.Text(u"ToolTipMaximize", u"Maximizar");
+  m_toolTipMinimize = saved.Text(u"ToolTipMinimize", u"Minimizar");
 
   Step([&] { UserControl::Enabled(enabled); });
   Step([&] { AlignToParentTop(); });

@@ -22,6 +22,7 @@
 namespace mx::chrome {
 
 using controls::detail::Step;
+using controls::detail::BagReader;
 using host::Variant;
 
 namespace {
@@ -392,46 +393,32 @@ void USRibbon::UserControl_InitProperties() {
 
 void USRibbon::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   Step([&] { m_userMode = Ambient().UserMode(); });
-  auto read = [&](const char16_t* key, const Variant& def) {
-    Variant v;
-    Step([&] { v = PropBag.ReadProperty(key, def); });
-    return v;
-  };
-  auto readLong = [&](const char16_t* key, int32_t def) {
-    int32_t v = 0;
-    Step([&] { v = read(key, Variant(def)).ToLong(); });
-    return v;
-  };
-  auto readBool = [&](const char16_t* key, bool def) {
-    bool v = false;
-    Step([&] { v = read(key, Variant(def)).ToBoolean(); });
-    return v;
-  };
+  const BagReader saved(PropBag);
 
   // Only stored: the colours saved with the ribbon are the ones that apply.
-  m_theme = readLong(u"Theme", 2);
-  m_tabOffset = readLong(u"TabOffSet", 20);
-  m_buttonHandPointer = readBool(u"ButtonHandPointer", false);
-  m_tabButtonHandPointer = readBool(u"TabButtonHandPointer", false);
-  m_showButtonFocus = readBool(u"ShowButtonFocus", false);
-  m_showTabs = readBool(u"ShowTabs", true);
-  m_buttonCenter = readBool(u"ButtonCenter", false);
-  m_foreColorCat = static_cast<OLE_COLOR>(readLong(u"ForeColorCat", 0x000000));
-  m_foreColorButton = static_cast<OLE_COLOR>(readLong(u"ForeColorButton", 0x000000));
-  m_foreColorTabSelected = static_cast<OLE_COLOR>(readLong(u"ForeColorTabSelected", 0x000000));
-  m_foreColorTabNormal = static_cast<OLE_COLOR>(readLong(u"ForeColorTabNormal", 0xFFFFFF));
+  m_theme = saved.Long(u"Theme", 2);
+  m_tabOffset = saved.Long(u"TabOffSet", 20);
+  m_buttonHandPointer = saved.Bool(u"ButtonHandPointer", false);
+  m_tabButtonHandPointer = saved.Bool(u"TabButtonHandPointer", false);
+  m_showButtonFocus = saved.Bool(u"ShowButtonFocus", false);
+  m_showTabs = saved.Bool(u"ShowTabs", true);
+  m_buttonCenter = saved.Bool(u"ButtonCenter", false);
+  m_foreColorCat = static_cast<OLE_COLOR>(saved.Long(u"ForeColorCat", 0x000000));
+  m_foreColorButton = static_cast<OLE_COLOR>(saved.Long(u"ForeColorButton", 0x000000));
+  m_foreColorTabSelected = static_cast<OLE_COLOR>(saved.Long(u"ForeColorTabSelected", 0x000000));
+  m_foreColorTabNormal = static_cast<OLE_COLOR>(saved.Long(u"ForeColorTabNormal", 0xFFFFFF));
   Step([&] {
     std::shared_ptr<host::StdFont> ambient = Ambient().Font();
-    auto font = std::dynamic_pointer_cast<host::StdFont>(read(u"Font", Variant(ambient)).Obj());
+    auto font = std::dynamic_pointer_cast<host::StdFont>(saved.Read(u"Font", Variant(ambient)).Obj());
     UserControl::Font(font ? font : ambient);
   });
   // A form file names the image-list control; a bag filled by code may hold the control itself.
   Step([&] {
-    const Variant list = read(u"ImageList", Variant(String()));
+    const Variant list = saved.Read(u"ImageList", Variant(String()));
     if (auto control = std::dynamic_pointer_cast<controls::USImageList>(list.Obj())) m_imageList = control;
     else if (list.IsString()) m_imageListName = list.ToString();
   });
-  Step([&] { m_imageListKey = read(u"ImageListKey", Variant(String())).ToString(); });
+  Step([&] { m_imageListKey = saved.Read(u"ImageListKey", Variant(String())).ToString(); });
 }
 
 void USRibbon::UserControl_WriteProperties(host::PropertyBag& PropBag) {

@@ -21,6 +21,7 @@
 namespace mx::controls {
 
 using detail::Step;
+using detail::BagReader;
 using host::Variant;
 
 namespace {
@@ -211,34 +212,25 @@ void ToggleControl::UserControl_InitProperties() {
 
 void ToggleControl::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   Step([&] { m_userMode = Ambient().UserMode(); });
-  auto read = [&](const char16_t* key, const Variant& def) {
-    Variant v;
-    Step([&] { v = PropBag.ReadProperty(key, def); });
-    return v;
-  };
-  auto readLong = [&](const char16_t* key, int32_t def) {
-    int32_t v = 0;
-    Step([&] { v = read(key, Variant(def)).ToLong(); });
-    return v;
-  };
+  const BagReader saved(PropBag);
   Step([&] {
     std::shared_ptr<host::StdFont> ambient = Ambient().Font();
-    auto font = std::dynamic_pointer_cast<host::StdFont>(read(u"Font", Variant(ambient)).Obj());
+    auto font = std::dynamic_pointer_cast<host::StdFont>(saved.Read(u"Font", Variant(ambient)).Obj());
     UserControl::Font(font ? font : ambient);
   });
   Step([&] {
     UserControl::MouseIcon(
-        std::dynamic_pointer_cast<host::StdPicture>(read(u"MouseIcon", Variant::Nothing()).Obj()));
+        std::dynamic_pointer_cast<host::StdPicture>(saved.Read(u"MouseIcon", Variant::Nothing()).Obj()));
   });
-  Step([&] { UserControl::MousePointer(static_cast<int16_t>(readLong(u"MousePointer", 0))); });
-  Step([&] { UserControl::BackColor(static_cast<OLE_COLOR>(readLong(u"BackColor", Ambient().BackColor()))); });
-  Step([&] { UserControl::ForeColor(static_cast<OLE_COLOR>(readLong(u"ForeColor", 0x000000))); });
-  Step([&] { UserControl::BackStyle(static_cast<int16_t>(readLong(u"BackStyle", 1))); });
-  Step([&] { m_caption = read(u"Caption", Variant(Ambient().DisplayName())).ToString(); });
+  Step([&] { UserControl::MousePointer(static_cast<int16_t>(saved.Long(u"MousePointer", 0))); });
+  Step([&] { UserControl::BackColor(static_cast<OLE_COLOR>(saved.Long(u"BackColor", Ambient().BackColor()))); });
+  Step([&] { UserControl::ForeColor(static_cast<OLE_COLOR>(saved.Long(u"ForeColor", 0x000000))); });
+  Step([&] { UserControl::BackStyle(static_cast<int16_t>(saved.Long(u"BackStyle", 1))); });
+  Step([&] { m_caption = saved.Read(u"Caption", Variant(Ambient().DisplayName())).ToString(); });
   bool enabled = true;
-  Step([&] { enabled = read(u"Enabled", Variant(true)).ToBoolean(); });
-  m_theme = readLong(u"Theme", frame::Windows_Theme);
-  m_alignment = readLong(u"Alignment", 0);
+  Step([&] { enabled = saved.Read(u"Enabled", Variant(true)).ToBoolean(); });
+  m_theme = saved.Long(u"Theme", frame::Windows_Theme);
+  m_alignment = saved.Long(u"Alignment", 0);
   Step([&] { ReadValue(PropBag); });
 
   // Side effects last.

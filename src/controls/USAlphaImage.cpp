@@ -19,6 +19,7 @@
 namespace mx::controls {
 
 using detail::Step;
+using detail::BagReader;
 using host::OLE_COLOR;
 using host::Variant;
 
@@ -562,53 +563,39 @@ void USAlphaImage::UserControl_InitProperties() {
 
 void USAlphaImage::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   Step([&] { m_userMode = Ambient().UserMode(); });
-  auto read = [&](const char16_t* key, const Variant& def) {
-    Variant v;
-    Step([&] { v = PropBag.ReadProperty(key, def); });
-    return v;
-  };
-  auto readLong = [&](const char16_t* key, int32_t def) {
-    int32_t v = 0;
-    Step([&] { v = read(key, Variant(def)).ToLong(); });
-    return v;
-  };
-  auto readBool = [&](const char16_t* key, bool def) {
-    bool v = false;
-    Step([&] { v = read(key, Variant(def)).ToBoolean(); });
-    return v;
-  };
+  const BagReader saved(PropBag);
 
   Step([&] {
-    UserControl::MouseIcon(std::dynamic_pointer_cast<host::StdPicture>(read(u"MIcon", Variant::Nothing()).Obj()));
+    UserControl::MouseIcon(std::dynamic_pointer_cast<host::StdPicture>(saved.Read(u"MIcon", Variant::Nothing()).Obj()));
   });
-  Step([&] { UserControl::MousePointer(static_cast<int16_t>(readLong(u"MPointer", 0))); });
-  m_scaleMethod = readLong(u"Scaler", image::smScaled);
-  m_opacity = readLong(u"Opacity", 100);
-  m_mirror = readLong(u"Mirror", image::mirrorNone) & image::mirrorAll;
-  m_rotation = readLong(u"Angle", 0);
-  const bool enabled = readBool(u"Enabled", true);
-  m_oleDropMode = readLong(u"OLEdrop", Drop_None);
-  m_grayFormula = readLong(u"GrayScale", -1);
-  m_hitTest = readLong(u"HitTest", Entire_Control);
+  Step([&] { UserControl::MousePointer(static_cast<int16_t>(saved.Long(u"MPointer", 0))); });
+  m_scaleMethod = saved.Long(u"Scaler", image::smScaled);
+  m_opacity = saved.Long(u"Opacity", 100);
+  m_mirror = saved.Long(u"Mirror", image::mirrorNone) & image::mirrorAll;
+  m_rotation = saved.Long(u"Angle", 0);
+  const bool enabled = saved.Bool(u"Enabled", true);
+  m_oleDropMode = saved.Long(u"OLEdrop", Drop_None);
+  m_grayFormula = saved.Long(u"GrayScale", -1);
+  m_hitTest = saved.Long(u"HitTest", Entire_Control);
   // The bit of the scaled copy is the control's own business, whatever a file says.
-  m_props = readLong(u"Props", kStretchQuality) & ~kScaledCopy;
-  m_maskOn = readBool(u"MaskUsed", false);
-  m_maskColor = readLong(u"MaskColor", host::vbButtonFace);
-  m_maskSource = readLong(u"MaskSource", image::maskNone);
-  m_maskResolved = m_maskOn ? readLong(u"Mask", host::vbButtonFace) : 0;
+  m_props = saved.Long(u"Props", kStretchQuality) & ~kScaledCopy;
+  m_maskOn = saved.Bool(u"MaskUsed", false);
+  m_maskColor = saved.Long(u"MaskColor", host::vbButtonFace);
+  m_maskSource = saved.Long(u"MaskSource", image::maskNone);
+  m_maskResolved = m_maskOn ? saved.Long(u"Mask", host::vbButtonFace) : 0;
   if (m_maskResolved < 0) Step([&] { m_maskResolved = host::TranslateColor(m_maskResolved); });
-  m_shadowColor = readLong(u"ShadowColor", 0x404040);
-  m_shadowDepth = readLong(u"ShadowDepth", 2);
-  m_shadowX = readLong(u"ShadowX", 2);
-  m_shadowY = readLong(u"ShadowY", 2);
-  m_shadowOpacity = readLong(u"ShadowOpacity", 50);
-  Step([&] { m_intensity = read(u"Intensity", Variant(0.0f)).ToSingle(); });
-  m_scaleCx = readLong(u"ScaleCx", 0);
-  m_scaleCy = readLong(u"ScaleCy", 0);
+  m_shadowColor = saved.Long(u"ShadowColor", 0x404040);
+  m_shadowDepth = saved.Long(u"ShadowDepth", 2);
+  m_shadowX = saved.Long(u"ShadowX", 2);
+  m_shadowY = saved.Long(u"ShadowY", 2);
+  m_shadowOpacity = saved.Long(u"ShadowOpacity", 50);
+  Step([&] { m_intensity = saved.Read(u"Intensity", Variant(0.0f)).ToSingle(); });
+  m_scaleCx = saved.Long(u"ScaleCx", 0);
+  m_scaleCy = saved.Long(u"ScaleCy", 0);
 
   bool loaded = false;
   Step([&] {
-    const Variant bytes = read(u"Image", Variant());
+    const Variant bytes = saved.Read(u"Image", Variant());
     const host::ByteArray* b = bytes.Bytes();
     if (!b || b->empty()) return;
     loaded = m_dib->LoadPicture_Stream(*b, m_scaleCx, m_scaleCy, 0, 0, SaveFormatWanted(), 32);

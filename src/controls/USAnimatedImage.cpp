@@ -13,6 +13,7 @@
 namespace mx::controls {
 
 using detail::Step;
+using detail::BagReader;
 using host::OLE_COLOR;
 using host::String;
 using host::StringView;
@@ -314,19 +315,15 @@ void USAnimatedImage::UserControl_InitProperties() {
 }
 
 void USAnimatedImage::UserControl_ReadProperties(host::PropertyBag& PropBag) {
-  auto read = [&](const char16_t* key, const Variant& def) {
-    Variant v;
-    Step([&] { v = PropBag.ReadProperty(key, def); });
-    return v;
-  };
-  Step([&] { m_fileName = read(u"FileName", Variant(String())).ToString(); });
-  Step([&] { m_autoPlay = read(u"AutoPlay", Variant(true)).ToBoolean(); });
-  Step([&] { m_loopCount = std::max(-1, read(u"LoopCount", Variant(int32_t{-1})).ToLong()); });
-  Step([&] { m_stretch = read(u"Stretch", Variant(false)).ToBoolean(); });
-  Step([&] { m_autoSize = read(u"AutoSize", Variant(false)).ToBoolean(); });
-  Step([&] { UserControl::BackStyle(read(u"BackStyle", Variant(int16_t{0})).ToLong() == 0 ? 0 : 1); });
-  Step([&] { UserControl::BackColor(read(u"BackColor", Variant(kDefaultBackColor)).ToLong()); });
-  Step([&] { UserControl::Enabled(read(u"Enabled", Variant(true)).ToBoolean()); });
+  const BagReader saved(PropBag);
+  Step([&] { m_fileName = saved.Read(u"FileName", Variant(String())).ToString(); });
+  Step([&] { m_autoPlay = saved.Read(u"AutoPlay", Variant(true)).ToBoolean(); });
+  Step([&] { m_loopCount = std::max(-1, saved.Read(u"LoopCount", Variant(int32_t{-1})).ToLong()); });
+  Step([&] { m_stretch = saved.Read(u"Stretch", Variant(false)).ToBoolean(); });
+  Step([&] { m_autoSize = saved.Read(u"AutoSize", Variant(false)).ToBoolean(); });
+  Step([&] { UserControl::BackStyle(saved.Read(u"BackStyle", Variant(int16_t{0})).ToLong() == 0 ? 0 : 1); });
+  Step([&] { UserControl::BackColor(saved.Read(u"BackColor", Variant(kDefaultBackColor)).ToLong()); });
+  Step([&] { UserControl::Enabled(saved.Read(u"Enabled", Variant(true)).ToBoolean()); });
 }
 
 void USAnimatedImage::UserControl_WriteProperties(host::PropertyBag& PropBag) {

@@ -20,6 +20,7 @@
 namespace mx::controls {
 
 using detail::Step;
+using detail::BagReader;
 using host::Variant;
 
 namespace {
@@ -439,87 +440,64 @@ void USButton::UserControl_InitProperties() {
 
 void USButton::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   Step([&] { m_userMode = Ambient().UserMode(); });
-  // A key that cannot be read gives 0 or empty, and the next key is read.
-  auto read = [&](const char16_t* key, const Variant& def) {
-    Variant v;
-    Step([&] { v = PropBag.ReadProperty(key, def); });
-    return v;
-  };
-  auto readLong = [&](const char16_t* key, int32_t def) {
-    int32_t v = 0;
-    Step([&] { v = read(key, Variant(def)).ToLong(); });
-    return v;
-  };
-  auto readBool = [&](const char16_t* key, bool def) {
-    bool v = false;
-    Step([&] { v = read(key, Variant(def)).ToBoolean(); });
-    return v;
-  };
-  auto readString = [&](const char16_t* key, const String& def) {
-    String v;
-    Step([&] { v = read(key, Variant(def)).ToString(); });
-    return v;
-  };
-  auto readPicture = [&](const char16_t* key) {
-    return std::dynamic_pointer_cast<host::StdPicture>(read(key, Variant::Nothing()).Obj());
-  };
+  const BagReader saved(PropBag);
 
-  m_pictureToChange = readPicture(u"PicToChange");
-  m_pictureOver = readPicture(u"PicDown");
-  m_pictureOn = readPicture(u"PicHot");
-  m_picture = readPicture(u"PicNormal");
+  m_pictureToChange = saved.Picture(u"PicToChange");
+  m_pictureOver = saved.Picture(u"PicDown");
+  m_pictureOn = saved.Picture(u"PicHot");
+  m_picture = saved.Picture(u"PicNormal");
   Step([&] {
     std::shared_ptr<host::StdFont> ambient = Ambient().Font();
-    auto font = std::dynamic_pointer_cast<host::StdFont>(read(u"Font", Variant(ambient)).Obj());
+    auto font = std::dynamic_pointer_cast<host::StdFont>(saved.Read(u"Font", Variant(ambient)).Obj());
     UserControl::Font(font ? font : ambient);
   });
-  Step([&] { UserControl::MouseIcon(readPicture(u"MouseIcon")); });
-  Step([&] { UserControl::MousePointer(static_cast<int16_t>(readLong(u"MousePointer", 0))); });
-  m_state = readLong(u"State", kStateNormal);
-  m_redraw = readBool(u"Redraw", true);
+  Step([&] { UserControl::MouseIcon(saved.Picture(u"MouseIcon")); });
+  Step([&] { UserControl::MousePointer(static_cast<int16_t>(saved.Long(u"MousePointer", 0))); });
+  m_state = saved.Long(u"State", kStateNormal);
+  m_redraw = saved.Bool(u"Redraw", true);
   Step([&] {
-    const Variant bytes = read(u"DibPicture", Variant());
+    const Variant bytes = saved.Read(u"DibPicture", Variant());
     if (const host::ByteArray* b = bytes.Bytes()) m_pictureBytes = *b;
     else m_pictureBytes.clear();
   });
-  m_alignment = readLong(u"Alignment", On_Center);
-  m_cropBorders = readLong(u"CropBorders", Dont_Crop);
+  m_alignment = saved.Long(u"Alignment", On_Center);
+  m_cropBorders = saved.Long(u"CropBorders", Dont_Crop);
   String displayName;
   Step([&] { displayName = Ambient().DisplayName(); });
-  m_caption = readString(u"Caption", displayName);
-  m_captionDistance = static_cast<int16_t>(readLong(u"CaptionDistance", 0));
-  m_captionWordBreak = readBool(u"CaptionWordBreak", false);
-  m_checkBoxMode = readBool(u"CheckBox", false);
-  const bool enabled = readBool(u"Enabled", true);
-  m_borderColor = readLong(u"BorderColor", 0x9A572B);
-  m_borderColorDisabled = readLong(u"BorderColorDisabled", 0xDBCECC);
-  m_borderColorOver = readLong(u"BorderColorOver", 0x7B3E00);
-  m_borderColorDown = readLong(u"BorderColorDown", 0x501A00);
-  m_foreColor = readLong(u"ForeColor", 0xFFFFFF);
-  m_foreColorOver = readLong(u"ForeColorOver", 0xFFFFFF);
-  m_foreColorDown = readLong(u"ForeColorDown", 0xFFFFFF);
-  m_foreColorDisabled = readLong(u"ForeColorDisabled", 0x008000);
+  m_caption = saved.Text(u"Caption", displayName);
+  m_captionDistance = static_cast<int16_t>(saved.Long(u"CaptionDistance", 0));
+  m_captionWordBreak = saved.Bool(u"CaptionWordBreak", false);
+  m_checkBoxMode = saved.Bool(u"CheckBox", false);
+  const bool enabled = saved.Bool(u"Enabled", true);
+  m_borderColor = saved.Long(u"BorderColor", 0x9A572B);
+  m_borderColorDisabled = saved.Long(u"BorderColorDisabled", 0xDBCECC);
+  m_borderColorOver = saved.Long(u"BorderColorOver", 0x7B3E00);
+  m_borderColorDown = saved.Long(u"BorderColorDown", 0x501A00);
+  m_foreColor = saved.Long(u"ForeColor", 0xFFFFFF);
+  m_foreColorOver = saved.Long(u"ForeColorOver", 0xFFFFFF);
+  m_foreColorDown = saved.Long(u"ForeColorDown", 0xFFFFFF);
+  m_foreColorDisabled = saved.Long(u"ForeColorDisabled", 0x008000);
   for (int32_t i = 0; i < 4; ++i) {
     const String n(1, static_cast<char16_t>(u'1' + i));
-    m_gradient[i] = readLong((u"GradientColor" + n).c_str(), 0x9A572B);
-    m_gradientDisabled[i] = readLong((u"GradientColorDisabled" + n).c_str(), 0xDBCECC);
-    m_gradientOver[i] = readLong((u"GradientColorOver" + n).c_str(), 0x7B3E00);
-    m_gradientDown[i] = readLong((u"GradientColorDown" + n).c_str(), 0x501A00);
+    m_gradient[i] = saved.Long((u"GradientColor" + n).c_str(), 0x9A572B);
+    m_gradientDisabled[i] = saved.Long((u"GradientColorDisabled" + n).c_str(), 0xDBCECC);
+    m_gradientOver[i] = saved.Long((u"GradientColorOver" + n).c_str(), 0x7B3E00);
+    m_gradientDown[i] = saved.Long((u"GradientColorDown" + n).c_str(), 0x501A00);
   }
-  m_gradientColors = readLong(u"GradientColors", frame::Two_Colors);
-  m_handPointer = readBool(u"HandPointer", true);
-  m_locked = readBool(u"Locked", false);
-  m_pictureAlignment = readLong(u"PicAlign", Picture_LeftOfCaption);
-  m_pictureOpacity = readLong(u"PicOpacity", 100);
-  m_pictureSize = readLong(u"PicSize", Picture_Normal);
-  m_pictureSizeX = readLong(u"PicSizeH", 16);
-  m_pictureSizeY = readLong(u"PicSizeW", 16);
-  m_showFocusRect = readBool(u"ShowFocusRect", true);
-  m_showFocusRectDown = readBool(u"ShowFocusRectDown", false);
+  m_gradientColors = saved.Long(u"GradientColors", frame::Two_Colors);
+  m_handPointer = saved.Bool(u"HandPointer", true);
+  m_locked = saved.Bool(u"Locked", false);
+  m_pictureAlignment = saved.Long(u"PicAlign", Picture_LeftOfCaption);
+  m_pictureOpacity = saved.Long(u"PicOpacity", 100);
+  m_pictureSize = saved.Long(u"PicSize", Picture_Normal);
+  m_pictureSizeX = saved.Long(u"PicSizeH", 16);
+  m_pictureSizeY = saved.Long(u"PicSizeW", 16);
+  m_showFocusRect = saved.Bool(u"ShowFocusRect", true);
+  m_showFocusRectDown = saved.Bool(u"ShowFocusRectDown", false);
   // Only stored: the colours saved with the button are the ones that apply.
-  m_theme = readLong(u"Theme", frame::Windows_Theme);
+  m_theme = saved.Long(u"Theme", frame::Windows_Theme);
   Step([&] { m_tip.Read(PropBag); });
-  m_value = readBool(u"Value", false);
+  m_value = saved.Bool(u"Value", false);
 
   // Side effects last.
   Step([&] { AccessKeys(AccessKeyFromEnd(m_caption)); });

@@ -15,6 +15,7 @@
 namespace mx::controls {
 
 using detail::Step;
+using detail::BagReader;
 using host::OLE_COLOR;
 using host::Variant;
 
@@ -164,26 +165,22 @@ void USGroupBox::UserControl_InitProperties() {
 }
 
 void USGroupBox::UserControl_ReadProperties(host::PropertyBag& PropBag) {
-  auto read = [&](const char16_t* key, const Variant& def) {
-    Variant v = def;
-    Step([&] { v = PropBag.ReadProperty(key, def); });
-    return v;
-  };
+  const BagReader saved(PropBag, BagReader::kGivesDefault);
   Step([&] {
     std::shared_ptr<host::StdFont> ambient = Ambient().Font();
-    auto font = std::dynamic_pointer_cast<host::StdFont>(read(u"Font", Variant(ambient)).Obj());
+    auto font = std::dynamic_pointer_cast<host::StdFont>(saved.Read(u"Font", Variant(ambient)).Obj());
     UserControl::Font(font ? font : ambient);
   });
-  Step([&] { m_caption = read(u"Caption", Variant(Ambient().DisplayName())).ToString(); });
-  Step([&] { m_alignment = std::clamp(read(u"Alignment", Variant(int32_t{0})).ToLong(), 0, 2); });
-  Step([&] { UserControl::ForeColor(read(u"ForeColor", Variant(OLE_COLOR{0xFFFFFF})).ToLong()); });
-  Step([&] { m_borderColor = read(u"BorderColor", Variant(OLE_COLOR{0x9A572B})).ToLong(); });
-  Step([&] { m_header1 = read(u"GradientHeader1", Variant(OLE_COLOR{0x9A572B})).ToLong(); });
-  Step([&] { m_header2 = read(u"GradientHeader2", Variant(OLE_COLOR{0x9A572B})).ToLong(); });
-  Step([&] { m_body1 = read(u"GradientColor1", Variant(OLE_COLOR{0xFFFFFF})).ToLong(); });
-  Step([&] { m_body2 = read(u"GradientColor2", Variant(OLE_COLOR{0xFFFFFF})).ToLong(); });
-  Step([&] { m_theme = read(u"Theme", Variant(int32_t{frame::Windows_Theme})).ToLong(); });
-  Step([&] { UserControl::Enabled(read(u"Enabled", Variant(true)).ToBoolean()); });
+  Step([&] { m_caption = saved.Read(u"Caption", Variant(Ambient().DisplayName())).ToString(); });
+  Step([&] { m_alignment = std::clamp(saved.Read(u"Alignment", Variant(int32_t{0})).ToLong(), 0, 2); });
+  Step([&] { UserControl::ForeColor(saved.Read(u"ForeColor", Variant(OLE_COLOR{0xFFFFFF})).ToLong()); });
+  Step([&] { m_borderColor = saved.Read(u"BorderColor", Variant(OLE_COLOR{0x9A572B})).ToLong(); });
+  Step([&] { m_header1 = saved.Read(u"GradientHeader1", Variant(OLE_COLOR{0x9A572B})).ToLong(); });
+  Step([&] { m_header2 = saved.Read(u"GradientHeader2", Variant(OLE_COLOR{0x9A572B})).ToLong(); });
+  Step([&] { m_body1 = saved.Read(u"GradientColor1", Variant(OLE_COLOR{0xFFFFFF})).ToLong(); });
+  Step([&] { m_body2 = saved.Read(u"GradientColor2", Variant(OLE_COLOR{0xFFFFFF})).ToLong(); });
+  Step([&] { m_theme = saved.Read(u"Theme", Variant(int32_t{frame::Windows_Theme})).ToLong(); });
+  Step([&] { UserControl::Enabled(saved.Read(u"Enabled", Variant(true)).ToBoolean()); });
 }
 
 void USGroupBox::UserControl_WriteProperties(host::PropertyBag& PropBag) {

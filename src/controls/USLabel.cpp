@@ -13,6 +13,7 @@
 namespace mx::controls {
 
 using detail::Step;
+using detail::BagReader;
 using host::OLE_COLOR;
 using host::String;
 using host::StringView;
@@ -187,34 +188,30 @@ void USLabel::UserControl_InitProperties() {
 
 void USLabel::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   Step([&] { m_userMode = Ambient().UserMode(); });
-  auto read = [&](const char16_t* key, const Variant& def) {
-    Variant v;
-    Step([&] { v = PropBag.ReadProperty(key, def); });
-    return v;
-  };
+  const BagReader saved(PropBag);
   Step([&] {
     std::shared_ptr<host::StdFont> ambient = Ambient().Font();
-    auto font = std::dynamic_pointer_cast<host::StdFont>(read(u"Font", Variant(ambient)).Obj());
+    auto font = std::dynamic_pointer_cast<host::StdFont>(saved.Read(u"Font", Variant(ambient)).Obj());
     UserControl::Font(font ? font : ambient);
   });
   Step([&] {
     UserControl::MouseIcon(
-        std::dynamic_pointer_cast<host::StdPicture>(read(u"MouseIcon", Variant::Nothing()).Obj()));
+        std::dynamic_pointer_cast<host::StdPicture>(saved.Read(u"MouseIcon", Variant::Nothing()).Obj()));
   });
-  Step([&] { UserControl::MousePointer(read(u"MousePointer", Variant(int16_t{0})).ToInteger()); });
-  Step([&] { UserControl::BackColor(read(u"BackColor", Variant(host::vbButtonFace)).ToLong()); });
-  Step([&] { UserControl::ForeColor(read(u"ForeColor", Variant(host::vbWindowText)).ToLong()); });
-  Step([&] { UserControl::BackStyle(read(u"BackStyle", Variant(int16_t{0})).ToInteger()); });
+  Step([&] { UserControl::MousePointer(saved.Read(u"MousePointer", Variant(int16_t{0})).ToInteger()); });
+  Step([&] { UserControl::BackColor(saved.Read(u"BackColor", Variant(host::vbButtonFace)).ToLong()); });
+  Step([&] { UserControl::ForeColor(saved.Read(u"ForeColor", Variant(host::vbWindowText)).ToLong()); });
+  Step([&] { UserControl::BackStyle(saved.Read(u"BackStyle", Variant(int16_t{0})).ToInteger()); });
   String displayName;
   Step([&] { displayName = Ambient().DisplayName(); });
   String caption;
-  Step([&] { caption = read(u"Caption", Variant(displayName)).ToString(); });
-  Step([&] { m_alignment = read(u"Alignment", Variant(int32_t{0})).ToLong(); });
-  Step([&] { m_autoSize = read(u"Autosize", Variant(true)).ToBoolean(); });
-  Step([&] { m_wordWrap = read(u"WordWrap", Variant(true)).ToBoolean(); });
+  Step([&] { caption = saved.Read(u"Caption", Variant(displayName)).ToString(); });
+  Step([&] { m_alignment = saved.Read(u"Alignment", Variant(int32_t{0})).ToLong(); });
+  Step([&] { m_autoSize = saved.Read(u"Autosize", Variant(true)).ToBoolean(); });
+  Step([&] { m_wordWrap = saved.Read(u"WordWrap", Variant(true)).ToBoolean(); });
   String plain = displayName;
-  Step([&] { plain = read(u"NoHTMLCaption", Variant(displayName)).ToString(); });
-  Step([&] { m_disableMouseEvents = read(u"DisableMouseEvents", Variant(false)).ToBoolean(); });
+  Step([&] { plain = saved.Read(u"NoHTMLCaption", Variant(displayName)).ToString(); });
+  Step([&] { m_disableMouseEvents = saved.Read(u"DisableMouseEvents", Variant(false)).ToBoolean(); });
   // A caption given as plain text was saved the same under both keys, although reading its tags
   // would give another text.
   SetCaptionText(caption, plain == caption && MarkupPlainText(caption, false) != caption);

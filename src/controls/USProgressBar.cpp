@@ -14,6 +14,7 @@
 namespace mx::controls {
 
 using detail::Step;
+using detail::BagReader;
 using host::OLE_COLOR;
 using host::String;
 using host::StringView;
@@ -170,28 +171,24 @@ void USProgressBar::UserControl_InitProperties() {
 }
 
 void USProgressBar::UserControl_ReadProperties(host::PropertyBag& PropBag) {
-  auto read = [&](const char16_t* key, const Variant& def) {
-    Variant v;
-    Step([&] { v = PropBag.ReadProperty(key, def); });
-    return v;
-  };
+  const BagReader saved(PropBag);
   Step([&] {
     std::shared_ptr<host::StdFont> ambient = Ambient().Font();
-    auto font = std::dynamic_pointer_cast<host::StdFont>(read(u"Font", Variant(ambient)).Obj());
+    auto font = std::dynamic_pointer_cast<host::StdFont>(saved.Read(u"Font", Variant(ambient)).Obj());
     UserControl::Font(font ? font : ambient);
   });
-  Step([&] { UserControl::BackColor(read(u"BackColor", Variant(OLE_COLOR{0xFFFFFF})).ToLong()); });
-  Step([&] { UserControl::ForeColor(read(u"ForeColor", Variant(OLE_COLOR{0x000000})).ToLong()); });
-  Step([&] { m_borderColor = read(u"BorderColor", Variant(OLE_COLOR{0x9A572B})).ToLong(); });
-  Step([&] { m_gradient1 = read(u"GradientColor1", Variant(OLE_COLOR{0xFFCFA3})).ToLong(); });
-  Step([&] { m_gradient2 = read(u"GradientColor2", Variant(OLE_COLOR{0x9A572B})).ToLong(); });
-  Step([&] { m_min = read(u"Min", Variant(int32_t{0})).ToLong(); });
-  Step([&] { m_max = read(u"Max", Variant(int32_t{100})).ToLong(); });
-  Step([&] { m_value = std::max(m_min, std::min(read(u"Value", Variant(int32_t{0})).ToLong(), m_max)); });
-  Step([&] { m_showText = read(u"ShowText", Variant(false)).ToBoolean(); });
-  Step([&] { m_orientation = std::clamp(read(u"Orientation", Variant(int32_t{0})).ToLong(), 0, 1); });
+  Step([&] { UserControl::BackColor(saved.Read(u"BackColor", Variant(OLE_COLOR{0xFFFFFF})).ToLong()); });
+  Step([&] { UserControl::ForeColor(saved.Read(u"ForeColor", Variant(OLE_COLOR{0x000000})).ToLong()); });
+  Step([&] { m_borderColor = saved.Read(u"BorderColor", Variant(OLE_COLOR{0x9A572B})).ToLong(); });
+  Step([&] { m_gradient1 = saved.Read(u"GradientColor1", Variant(OLE_COLOR{0xFFCFA3})).ToLong(); });
+  Step([&] { m_gradient2 = saved.Read(u"GradientColor2", Variant(OLE_COLOR{0x9A572B})).ToLong(); });
+  Step([&] { m_min = saved.Read(u"Min", Variant(int32_t{0})).ToLong(); });
+  Step([&] { m_max = saved.Read(u"Max", Variant(int32_t{100})).ToLong(); });
+  Step([&] { m_value = std::max(m_min, std::min(saved.Read(u"Value", Variant(int32_t{0})).ToLong(), m_max)); });
+  Step([&] { m_showText = saved.Read(u"ShowText", Variant(false)).ToBoolean(); });
+  Step([&] { m_orientation = std::clamp(saved.Read(u"Orientation", Variant(int32_t{0})).ToLong(), 0, 1); });
   // Only stored: the saved colours apply.
-  Step([&] { m_theme = read(u"Theme", Variant(int32_t{frame::Windows_Theme})).ToLong(); });
+  Step([&] { m_theme = saved.Read(u"Theme", Variant(int32_t{frame::Windows_Theme})).ToLong(); });
 }
 
 void USProgressBar::UserControl_WriteProperties(host::PropertyBag& PropBag) {

@@ -18,6 +18,7 @@
 namespace mx::controls {
 
 using detail::Step;
+using detail::BagReader;
 using host::OLE_COLOR;
 using host::Variant;
 
@@ -446,26 +447,22 @@ void USScrollBar::UserControl_InitProperties() {
 }
 
 void USScrollBar::UserControl_ReadProperties(host::PropertyBag& PropBag) {
-  auto read = [&](const char16_t* key, const Variant& def) {
-    Variant v = def;
-    Step([&] { v = PropBag.ReadProperty(key, def); });
-    return v;
-  };
+  const BagReader saved(PropBag, BagReader::kGivesDefault);
   const ScrollColors& d = Defaults();
-  Step([&] { m_min = read(u"Min", Variant(int32_t{0})).ToLong(); });
-  Step([&] { m_max = read(u"Max", Variant(int32_t{100})).ToLong(); });
-  Step([&] { m_value = std::clamp(read(u"Value", Variant(int32_t{0})).ToLong(), Lowest(), Highest()); });
-  Step([&] { m_smallChange = std::max(1, read(u"SmallChange", Variant(int32_t{1})).ToLong()); });
-  Step([&] { m_largeChange = std::max(1, read(u"LargeChange", Variant(int32_t{10})).ToLong()); });
-  Step([&] { m_orientation = read(u"Orientation", Variant(int32_t{0})).ToLong() == 1 ? 1 : 0; });
-  Step([&] { m_trackColor = read(u"BackColor", Variant(d.track)).ToLong(); });
-  Step([&] { m_borderColor = read(u"BorderColor", Variant(d.border)).ToLong(); });
-  Step([&] { m_arrowColor = read(u"ArrowColor", Variant(d.arrow)).ToLong(); });
-  Step([&] { m_gradient1 = read(u"GradientColor1", Variant(d.gradient1)).ToLong(); });
-  Step([&] { m_gradient2 = read(u"GradientColor2", Variant(d.gradient2)).ToLong(); });
+  Step([&] { m_min = saved.Read(u"Min", Variant(int32_t{0})).ToLong(); });
+  Step([&] { m_max = saved.Read(u"Max", Variant(int32_t{100})).ToLong(); });
+  Step([&] { m_value = std::clamp(saved.Read(u"Value", Variant(int32_t{0})).ToLong(), Lowest(), Highest()); });
+  Step([&] { m_smallChange = std::max(1, saved.Read(u"SmallChange", Variant(int32_t{1})).ToLong()); });
+  Step([&] { m_largeChange = std::max(1, saved.Read(u"LargeChange", Variant(int32_t{10})).ToLong()); });
+  Step([&] { m_orientation = saved.Read(u"Orientation", Variant(int32_t{0})).ToLong() == 1 ? 1 : 0; });
+  Step([&] { m_trackColor = saved.Read(u"BackColor", Variant(d.track)).ToLong(); });
+  Step([&] { m_borderColor = saved.Read(u"BorderColor", Variant(d.border)).ToLong(); });
+  Step([&] { m_arrowColor = saved.Read(u"ArrowColor", Variant(d.arrow)).ToLong(); });
+  Step([&] { m_gradient1 = saved.Read(u"GradientColor1", Variant(d.gradient1)).ToLong(); });
+  Step([&] { m_gradient2 = saved.Read(u"GradientColor2", Variant(d.gradient2)).ToLong(); });
   // Only stored: the saved colours apply.
-  Step([&] { m_theme = read(u"Theme", Variant(int32_t{frame::Windows_Theme})).ToLong(); });
-  Step([&] { UserControl::Enabled(read(u"Enabled", Variant(true)).ToBoolean()); });
+  Step([&] { m_theme = saved.Read(u"Theme", Variant(int32_t{frame::Windows_Theme})).ToLong(); });
+  Step([&] { UserControl::Enabled(saved.Read(u"Enabled", Variant(true)).ToBoolean()); });
 }
 
 void USScrollBar::UserControl_WriteProperties(host::PropertyBag& PropBag) {

@@ -18,6 +18,7 @@
 namespace mx::controls {
 
 using detail::Step;
+using detail::BagReader;
 using host::OLE_COLOR;
 using host::String;
 using host::Variant;
@@ -286,34 +287,30 @@ void USStatusBar::UserControl_InitProperties() {
 }
 
 void USStatusBar::UserControl_ReadProperties(host::PropertyBag& PropBag) {
-  auto read = [&](const String& key, const Variant& def) {
-    Variant v = def;
-    Step([&] { v = PropBag.ReadProperty(key, def); });
-    return v;
-  };
+  const BagReader saved(PropBag, BagReader::kGivesDefault);
   const StatusColors& d = Defaults();
   Step([&] {
     std::shared_ptr<host::StdFont> ambient = Ambient().Font();
-    auto font = std::dynamic_pointer_cast<host::StdFont>(read(u"Font", Variant(ambient)).Obj());
+    auto font = std::dynamic_pointer_cast<host::StdFont>(saved.Read(u"Font", Variant(ambient)).Obj());
     UserControl::Font(font ? font : ambient);
   });
-  Step([&] { UserControl::ForeColor(read(u"ForeColor", Variant(d.fore)).ToLong()); });
-  Step([&] { m_borderColor = read(u"BorderColor", Variant(d.border)).ToLong(); });
-  Step([&] { m_gradient1 = read(u"GradientColor1", Variant(d.gradient1)).ToLong(); });
-  Step([&] { m_gradient2 = read(u"GradientColor2", Variant(d.gradient2)).ToLong(); });
-  Step([&] { m_showSizeGrip = read(u"ShowSizeGrip", Variant(true)).ToBoolean(); });
-  Step([&] { m_theme = read(u"Theme", Variant(int32_t{frame::Windows_Theme})).ToLong(); });
+  Step([&] { UserControl::ForeColor(saved.Read(u"ForeColor", Variant(d.fore)).ToLong()); });
+  Step([&] { m_borderColor = saved.Read(u"BorderColor", Variant(d.border)).ToLong(); });
+  Step([&] { m_gradient1 = saved.Read(u"GradientColor1", Variant(d.gradient1)).ToLong(); });
+  Step([&] { m_gradient2 = saved.Read(u"GradientColor2", Variant(d.gradient2)).ToLong(); });
+  Step([&] { m_showSizeGrip = saved.Read(u"ShowSizeGrip", Variant(true)).ToBoolean(); });
+  Step([&] { m_theme = saved.Read(u"Theme", Variant(int32_t{frame::Windows_Theme})).ToLong(); });
   m_panels.clear();
   int32_t count = 0;
-  Step([&] { count = std::clamp(read(u"PanelCount", Variant(int32_t{0})).ToLong(), 0, 255); });
+  Step([&] { count = std::clamp(saved.Read(u"PanelCount", Variant(int32_t{0})).ToLong(), 0, 255); });
   for (int32_t i = 1; i <= count; ++i) {
     Panel p;
-    Step([&] { p.text = read(PanelKey(i, "Text"), Variant(String())).ToString(); });
-    Step([&] { p.width = std::max(0, read(PanelKey(i, "Width"), Variant(int32_t{100})).ToLong()); });
-    Step([&] { p.alignment = std::clamp(read(PanelKey(i, "Alignment"), Variant(int32_t{0})).ToLong(), 0, 2); });
-    Step([&] { p.autoSize = read(PanelKey(i, "AutoSize"), Variant(false)).ToBoolean(); });
+    Step([&] { p.text = saved.Read(PanelKey(i, "Text"), Variant(String())).ToString(); });
+    Step([&] { p.width = std::max(0, saved.Read(PanelKey(i, "Width"), Variant(int32_t{100})).ToLong()); });
+    Step([&] { p.alignment = std::clamp(saved.Read(PanelKey(i, "Alignment"), Variant(int32_t{0})).ToLong(), 0, 2); });
+    Step([&] { p.autoSize = saved.Read(PanelKey(i, "AutoSize"), Variant(false)).ToBoolean(); });
     Step([&] {
-      p.picture = std::dynamic_pointer_cast<host::StdPicture>(read(PanelKey(i, "Picture"), Variant::Nothing()).Obj());
+      p.picture = std::dynamic_pointer_cast<host::StdPicture>(saved.Read(PanelKey(i, "Picture"), Variant::Nothing()).Obj());
     });
     m_panels.push_back(std::move(p));
   }

@@ -25,6 +25,7 @@
 namespace mx::dates {
 
 using controls::detail::Step;
+using controls::detail::BagReader;
 using host::Variant;
 
 namespace {
@@ -712,52 +713,33 @@ void CalendarControl::UserControl_InitProperties() {
 void CalendarControl::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   ++m_redrawOff;
   Step([&] { m_runMode = Ambient().UserMode(); });
-  auto read = [&](const char16_t* key, const Variant& def) {
-    Variant v;
-    Step([&] { v = PropBag.ReadProperty(key, def); });
-    return v;
-  };
-  auto readLong = [&](const char16_t* key, int32_t def) {
-    int32_t v = 0;
-    Step([&] { v = read(key, Variant(def)).ToLong(); });
-    return v;
-  };
-  auto readBool = [&](const char16_t* key, bool def) {
-    bool v = false;
-    Step([&] { v = read(key, Variant(def)).ToBoolean(); });
-    return v;
-  };
-  auto readSingle = [&](const char16_t* key, float def) {
-    float v = 0;
-    Step([&] { v = read(key, Variant(def)).ToSingle(); });
-    return v;
-  };
+  const BagReader saved(PropBag);
   auto readFont = [&](const char16_t* key) {
     std::shared_ptr<host::StdFont> ambient;
     Step([&] { ambient = Ambient().Font(); });
-    auto font = std::dynamic_pointer_cast<host::StdFont>(read(key, Variant(ambient)).Obj());
+    auto font = std::dynamic_pointer_cast<host::StdFont>(saved.Read(key, Variant(ambient)).Obj());
     return font ? font : ambient;
   };
 
-  m_theme = readLong(u"Theme", frame::Windows_Theme);
-  Step([&] { UserControl::BackColor(readLong(u"BackColor", 0x9A572B)); });
-  m_daysColor = readLong(u"DaysColor", 0xFFFFFF);
-  m_columnsColor = readLong(u"ColumnsColor", 0xFFFFFF);
+  m_theme = saved.Long(u"Theme", frame::Windows_Theme);
+  Step([&] { UserControl::BackColor(saved.Long(u"BackColor", 0x9A572B)); });
+  m_daysColor = saved.Long(u"DaysColor", 0xFFFFFF);
+  m_columnsColor = saved.Long(u"ColumnsColor", 0xFFFFFF);
   for (CalendarLabel& c : m_columns) c.foreColor = m_columnsColor;
-  m_heading.foreColor = readLong(u"MonthYearForeColor", 0xFFFFFF);
-  m_today.foreColor = readLong(u"TodayColor", 0xF1BF6D);
-  if (m_geometry.hasClock) m_timer.foreColor = readLong(u"TimerColor", 0xFFFFFF);
-  m_lastNextMonthDayColor = readLong(u"LastNextMonthDayColor", 0xC8A35F);
-  m_selectedBackColor = readLong(u"SelectedBackColor", 0xCB9022);
-  m_selectedForeColor = readLong(u"SelectedForeColor", 0xFFFFFF);
+  m_heading.foreColor = saved.Long(u"MonthYearForeColor", 0xFFFFFF);
+  m_today.foreColor = saved.Long(u"TodayColor", 0xF1BF6D);
+  if (m_geometry.hasClock) m_timer.foreColor = saved.Long(u"TimerColor", 0xFFFFFF);
+  m_lastNextMonthDayColor = saved.Long(u"LastNextMonthDayColor", 0xC8A35F);
+  m_selectedBackColor = saved.Long(u"SelectedBackColor", 0xCB9022);
+  m_selectedForeColor = saved.Long(u"SelectedForeColor", 0xFFFFFF);
   // Saved under its own key but read from the fill's: both marks come back in the fill colour.
-  m_daySelectedBorderColor = readLong(u"SelectedBackColor", 0xCB9022);
+  m_daySelectedBorderColor = saved.Long(u"SelectedBackColor", 0xCB9022);
   m_todayMarkColor = m_daySelectedBorderColor;
 
-  m_fontColumnsSize = readSingle(u"FontColumnsSize", 6);
-  m_fontDaysSize = readSingle(u"FontDaysSize", 8);
-  m_fontMonthYearSize = readSingle(u"FontMonthYearSize", 10);
-  m_fontTodaySize = readSingle(u"FontTodaySize", m_geometry.fontTodaySize);
+  m_fontColumnsSize = saved.Single(u"FontColumnsSize", 6);
+  m_fontDaysSize = saved.Single(u"FontDaysSize", 8);
+  m_fontMonthYearSize = saved.Single(u"FontMonthYearSize", 10);
+  m_fontTodaySize = saved.Single(u"FontTodaySize", m_geometry.fontTodaySize);
   const char16_t* fontKeys[4] = {u"FontColumns", u"FontDays", u"FontMonthYear", u"FontToday"};
   const float sizes[4] = {m_fontColumnsSize, m_fontDaysSize, m_fontMonthYearSize, m_fontTodaySize};
   for (size_t g = 0; g < 4; ++g) {
@@ -770,13 +752,13 @@ void CalendarControl::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   }
   for (int32_t g = 0; g < 5; ++g) RebuildFont(g);
 
-  m_showPreviousMonthButton = readBool(u"ShowPreviousMonthButton", true);
-  m_showNextMonthButton = readBool(u"ShowNextMonthButton", true);
-  m_showLastMonthDays = readBool(u"ShowLastMonthDays", true);
-  m_showNextMonthDays = readBool(u"ShowNextMonthDays", true);
-  m_showShortDays = readBool(u"ShowShortDays", true);
-  const bool enabled = readBool(u"Enabled", true);
-  m_weekStartsWith = readLong(u"WeekStartsWith", 0);
+  m_showPreviousMonthButton = saved.Bool(u"ShowPreviousMonthButton", true);
+  m_showNextMonthButton = saved.Bool(u"ShowNextMonthButton", true);
+  m_showLastMonthDays = saved.Bool(u"ShowLastMonthDays", true);
+  m_showNextMonthDays = saved.Bool(u"ShowNextMonthDays", true);
+  m_showShortDays = saved.Bool(u"ShowShortDays", true);
+  const bool enabled = saved.Bool(u"Enabled", true);
+  m_weekStartsWith = saved.Long(u"WeekStartsWith", 0);
 
   Step([&] { UserControl::Enabled(enabled); });
   --m_redrawOff;

@@ -22,6 +22,7 @@
 namespace mx::dates {
 
 using controls::detail::Step;
+using controls::detail::BagReader;
 using host::Variant;
 
 namespace {
@@ -391,54 +392,40 @@ void USDatePicker::UserControl_InitProperties() {
 void USDatePicker::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   m_loading = true;
   Step([&] { m_runMode = Ambient().UserMode(); });
-  auto read = [&](const char16_t* key, const Variant& def) {
-    Variant v = def;
-    Step([&] { v = PropBag.ReadProperty(key, def); });
-    return v;
-  };
-  auto readLong = [&](const char16_t* key, int32_t def) {
-    int32_t v = def;
-    Step([&] { v = read(key, Variant(def)).ToLong(); });
-    return v;
-  };
-  auto readBool = [&](const char16_t* key, bool def) {
-    bool v = def;
-    Step([&] { v = read(key, Variant(def)).ToBoolean(); });
-    return v;
-  };
+  const BagReader saved(PropBag, BagReader::kGivesDefault);
   auto readText = [&](const char16_t* key) {
     String v;
-    Step([&] { v = read(key, Variant(String())).ToString(); });
+    Step([&] { v = saved.Read(key, Variant(String())).ToString(); });
     return v;
   };
 
-  m_theme = readLong(u"Theme", frame::Windows_Theme);
-  m_formatDate = readLong(u"FormatDate", 1);
-  m_showCorner = readBool(u"ShowCorner", false);
-  m_autoOpenOnChange = readBool(u"AutoOpenOnChange", false);
-  m_style = readLong(u"Style", Dropdown_Combo) == Dropdown_List ? Dropdown_List : Dropdown_Combo;
-  m_backColor = readLong(u"BackColor", 0xFFFFFF);
-  m_backColorDisabled = readLong(u"BackColorDisabled", 0xFFFFFF);
-  m_backColorOver = readLong(u"BackColorOver", 0xF4FFFF);
-  m_backColorOnShowCalendar = readLong(u"BackColorOnShowCalendar", host::ShiftRGBColor(0x9A572B, 140));
-  m_borderColor = readLong(u"BorderColor", host::ShiftRGBColor(0x9A572B, 120));
-  m_borderColorDisabled = readLong(u"BorderColorDisabled", 0xDBCECC);
-  m_borderColorOver = readLong(u"BorderColorOver", host::ShiftRGBColor(0x7B3E00, 120));
-  m_foreColor = readLong(u"ForeColor", 0x000000);
-  m_foreColorDisabled = readLong(u"ForeColorDisabled", 0x000000);
-  m_gradientMode = readLong(u"GradientMode", Vertical) == Horizontal ? Horizontal : Vertical;
-  m_gradientColor1 = readLong(u"GradientColor1", 0xFFFFFF);
-  m_gradientColor2 = readLong(u"GradientColor2", 0xFFFFFF);
-  m_alignment = static_cast<int16_t>(std::clamp(readLong(u"Alignment", 0), 0, 2));
-  const bool enabled = readBool(u"Enabled", true);
+  m_theme = saved.Long(u"Theme", frame::Windows_Theme);
+  m_formatDate = saved.Long(u"FormatDate", 1);
+  m_showCorner = saved.Bool(u"ShowCorner", false);
+  m_autoOpenOnChange = saved.Bool(u"AutoOpenOnChange", false);
+  m_style = saved.Long(u"Style", Dropdown_Combo) == Dropdown_List ? Dropdown_List : Dropdown_Combo;
+  m_backColor = saved.Long(u"BackColor", 0xFFFFFF);
+  m_backColorDisabled = saved.Long(u"BackColorDisabled", 0xFFFFFF);
+  m_backColorOver = saved.Long(u"BackColorOver", 0xF4FFFF);
+  m_backColorOnShowCalendar = saved.Long(u"BackColorOnShowCalendar", host::ShiftRGBColor(0x9A572B, 140));
+  m_borderColor = saved.Long(u"BorderColor", host::ShiftRGBColor(0x9A572B, 120));
+  m_borderColorDisabled = saved.Long(u"BorderColorDisabled", 0xDBCECC);
+  m_borderColorOver = saved.Long(u"BorderColorOver", host::ShiftRGBColor(0x7B3E00, 120));
+  m_foreColor = saved.Long(u"ForeColor", 0x000000);
+  m_foreColorDisabled = saved.Long(u"ForeColorDisabled", 0x000000);
+  m_gradientMode = saved.Long(u"GradientMode", Vertical) == Horizontal ? Horizontal : Vertical;
+  m_gradientColor1 = saved.Long(u"GradientColor1", 0xFFFFFF);
+  m_gradientColor2 = saved.Long(u"GradientColor2", 0xFFFFFF);
+  m_alignment = static_cast<int16_t>(std::clamp(saved.Long(u"Alignment", 0), 0, 2));
+  const bool enabled = saved.Bool(u"Enabled", true);
   Step([&] {
     std::shared_ptr<host::StdFont> ambient = Ambient().Font();
-    auto font = std::dynamic_pointer_cast<host::StdFont>(read(u"Font", Variant(ambient)).Obj());
+    auto font = std::dynamic_pointer_cast<host::StdFont>(saved.Read(u"Font", Variant(ambient)).Obj());
     UserControl::Font(font ? font : ambient);
   });
-  Step([&] { UserControl::MousePointer(static_cast<int16_t>(readLong(u"MousePointer", 0))); });
+  Step([&] { UserControl::MousePointer(static_cast<int16_t>(saved.Long(u"MousePointer", 0))); });
   Step([&] {
-    auto icon = std::dynamic_pointer_cast<host::StdPicture>(read(u"MouseIcon", Variant::Nothing()).Obj());
+    auto icon = std::dynamic_pointer_cast<host::StdPicture>(saved.Read(u"MouseIcon", Variant::Nothing()).Obj());
     UserControl::MouseIcon(icon);
   });
   Step([&] { UserControl::Enabled(enabled); });
@@ -449,8 +436,8 @@ void USDatePicker::UserControl_ReadProperties(host::PropertyBag& PropBag) {
     Step([&] { m_txtCombo->MousePointer(UserControl::MousePointer()); });
     Step([&] { ApplyDateMask(m_formatDate); });
     Step([&] { m_txtCombo->Text(readText(u"Text")); });
-    Step([&] { m_txtCombo->SelStart(readLong(u"SelStart", 0)); });
-    Step([&] { m_txtCombo->SelLength(readLong(u"SelLength", 0)); });
+    Step([&] { m_txtCombo->SelStart(saved.Long(u"SelStart", 0)); });
+    Step([&] { m_txtCombo->SelLength(saved.Long(u"SelLength", 0)); });
   }
   m_loading = false;
   Step([&] { DrawDatePicker(); });

@@ -21,6 +21,7 @@
 namespace mx::entry {
 
 using controls::detail::Step;
+using controls::detail::BagReader;
 using host::Variant;
 
 namespace {
@@ -440,24 +441,20 @@ void USComboBox::UserControl_InitProperties() {
 
 void USComboBox::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   Step([&] { m_userMode = Ambient().UserMode(); });
-  auto read = [&](const char16_t* key, const Variant& def) {
-    Variant v = def;
-    Step([&] { v = PropBag.ReadProperty(key, def); });
-    return v;
-  };
+  const BagReader saved(PropBag, BagReader::kGivesDefault);
   auto colour = [&](const char16_t* key, OLE_COLOR def, OLE_COLOR& target) {
-    Step([&] { target = static_cast<OLE_COLOR>(read(key, Variant(static_cast<int32_t>(def))).ToLong()); });
+    Step([&] { target = static_cast<OLE_COLOR>(saved.Read(key, Variant(static_cast<int32_t>(def))).ToLong()); });
   };
   auto flag = [&](const char16_t* key, bool def, bool& target) {
-    Step([&] { target = read(key, Variant(def)).ToBoolean(); });
+    Step([&] { target = saved.Read(key, Variant(def)).ToBoolean(); });
   };
   auto picture = [&](const char16_t* key) {
     std::shared_ptr<host::StdPicture> p;
-    Step([&] { p = std::dynamic_pointer_cast<host::StdPicture>(read(key, Variant::Nothing()).Obj()); });
+    Step([&] { p = std::dynamic_pointer_cast<host::StdPicture>(saved.Read(key, Variant::Nothing()).Obj()); });
     return p && !p->IsEmpty() ? p : nullptr;
   };
   Step([&] {
-    auto font = std::dynamic_pointer_cast<host::StdFont>(read(u"Font", Variant::Nothing()).Obj());
+    auto font = std::dynamic_pointer_cast<host::StdFont>(saved.Read(u"Font", Variant::Nothing()).Obj());
     if (!font) font = Ambient().Font();
     UserControl::Font(font);
     m_text->Font(font);
@@ -465,8 +462,8 @@ void USComboBox::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   m_listPicture = picture(u"ListPicture");
   m_listPictureOver = picture(u"ListPictureOver");
   Step([&] { UserControl::MouseIcon(picture(u"MouseIcon")); });
-  Step([&] { UserControl::MousePointer(read(u"MousePointer", Variant(int16_t{0})).ToInteger()); });
-  Step([&] { m_alignment = read(u"Alignment", Variant(int16_t{0})).ToInteger(); });
+  Step([&] { UserControl::MousePointer(saved.Read(u"MousePointer", Variant(int16_t{0})).ToInteger()); });
+  Step([&] { m_alignment = saved.Read(u"Alignment", Variant(int16_t{0})).ToInteger(); });
   flag(u"AutoComplete", true, m_autoComplete);
   flag(u"AutoOpenOnChange", false, m_autoOpenOnChange);
   colour(u"BorderColor", DefaultBorderColor(), m_borderColor);
@@ -480,7 +477,7 @@ void USComboBox::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   colour(u"ForeColorDisabled", 0, m_foreColorDisabled);
   colour(u"GradientColor1", 0xFFFFFF, m_gradientColor1);
   colour(u"GradientColor2", 0xFFFFFF, m_gradientColor2);
-  Step([&] { m_gradientMode = read(u"GradientMode", Variant(int32_t{1})).ToLong(); });
+  Step([&] { m_gradientMode = saved.Read(u"GradientMode", Variant(int32_t{1})).ToLong(); });
   colour(u"ListBackColor", 0xFFFFFF, m_listBackColor);
   colour(u"ListBackColorEvenRows", 0xFBFBFC, m_listBackColorEvenRows);
   flag(u"ListBackColorEvenRowsEnabled", true, m_listBackColorEvenRowsEnabled);
@@ -491,23 +488,23 @@ void USComboBox::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   flag(u"ShowEmptyList", false, m_showEmptyList);
   flag(u"LockChange", false, m_lockChange);
   flag(u"Redraw", false, m_redraw);
-  Step([&] { m_listItemHeight = std::max(1, read(u"ListItemHeight", Variant(int32_t{26})).ToLong()); });
-  Step([&] { m_listItemWidth = read(u"ListItemWidth", Variant(0.0f)).ToSingle(); });
+  Step([&] { m_listItemHeight = std::max(1, saved.Read(u"ListItemHeight", Variant(int32_t{26})).ToLong()); });
+  Step([&] { m_listItemWidth = saved.Read(u"ListItemWidth", Variant(0.0f)).ToSingle(); });
   colour(u"ListItemSelectedBorderColor", 0xFFF3E5, m_listItemSelectedBorderColor);
   colour(u"ListItemSelectedColor1", 0xFFF3E5, m_listItemSelectedColor1);
   colour(u"ListItemSelectedColor2", 0xFFF3E5, m_listItemSelectedColor2);
   colour(u"ListItemSelectedForeColor", 0xFFFFFF, m_listItemSelectedForeColor);
-  Step([&] { m_numberItemsToShow = std::max(1, read(u"NumberItemsToShow", Variant(int32_t{7})).ToLong()); });
-  Step([&] { m_style = read(u"Style", Variant(int32_t{0})).ToLong() == Dropdown_List ? Dropdown_List : Dropdown_Combo; });
-  Step([&] { m_theme = read(u"Theme", Variant(int32_t{2})).ToLong(); });
-  Step([&] { m_cacheIncrement = read(u"CacheIncrement", Variant(int32_t{1000})).ToLong(); });
+  Step([&] { m_numberItemsToShow = std::max(1, saved.Read(u"NumberItemsToShow", Variant(int32_t{7})).ToLong()); });
+  Step([&] { m_style = saved.Read(u"Style", Variant(int32_t{0})).ToLong() == Dropdown_List ? Dropdown_List : Dropdown_Combo; });
+  Step([&] { m_theme = saved.Read(u"Theme", Variant(int32_t{2})).ToLong(); });
+  Step([&] { m_cacheIncrement = saved.Read(u"CacheIncrement", Variant(int32_t{1000})).ToLong(); });
   bool enabled = true;
   flag(u"Enabled", true, enabled);
   String text;
   int32_t selStart = 0, selLength = 0;
-  Step([&] { text = read(u"Text", Variant(String())).ToString(); });
-  Step([&] { selStart = read(u"SelStart", Variant(int32_t{0})).ToLong(); });
-  Step([&] { selLength = read(u"SelLength", Variant(int32_t{0})).ToLong(); });
+  Step([&] { text = saved.Read(u"Text", Variant(String())).ToString(); });
+  Step([&] { selStart = saved.Read(u"SelStart", Variant(int32_t{0})).ToLong(); });
+  Step([&] { selLength = saved.Read(u"SelLength", Variant(int32_t{0})).ToLong(); });
 
   // Side effects last: the parts, the text and its selection, the enabled state.
   Step([&] { CreateParts(); });

@@ -21,6 +21,7 @@
 namespace mx::entry {
 
 using controls::detail::Step;
+using controls::detail::BagReader;
 using host::Variant;
 
 namespace {
@@ -112,7 +113,7 @@ void USListBox::ModifyItem(int32_t Index, const Variant& Item, int32_t ItemData,
 
 void USListBox::RemoveItem(int32_t Index) {
   if (m_count == 0) return;
-  At(Index);
+  (void)At(Index);  // raises for an index out of range
   m_items.erase(m_items.begin() + Index);
   m_selected.erase(m_selected.begin() + Index);
   --m_count;
@@ -172,11 +173,11 @@ void USListBox::ItemSeparatorLine(int32_t Index, bool value) {
 String USListBox::ItemTag(int32_t Index) const { return At(Index).itemTag; }
 void USListBox::ItemTag(int32_t Index, StringView value) { SetField(Index, &ItemRecord::itemTag, String(value)); }
 bool USListBox::ItemSelected(int32_t Index) const {
-  At(Index);
+  (void)At(Index);  // raises for an index out of range
   return m_selected[static_cast<size_t>(Index)] != 0;
 }
 void USListBox::ItemSelected(int32_t Index, bool value) {
-  At(Index);
+  (void)At(Index);  // raises for an index out of range
   if (m_selectMode == Single) {
     // Single mode holds at most one selected item: selecting another lets the first go.
     const int32_t previous = m_singleSelected;
@@ -531,62 +532,45 @@ void USListBox::UserControl_InitProperties() {
 
 void USListBox::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   Step([&] { m_userMode = Ambient().UserMode(); });
-  auto read = [&](const char16_t* key, const Variant& def) {
-    Variant v = def;
-    Step([&] { v = PropBag.ReadProperty(key, def); });
-    return v;
-  };
-  auto readLong = [&](const char16_t* key, int32_t def) {
-    int32_t v = def;
-    Step([&] { v = read(key, Variant(def)).ToLong(); });
-    return v;
-  };
-  auto readBool = [&](const char16_t* key, bool def) {
-    bool v = def;
-    Step([&] { v = read(key, Variant(def)).ToBoolean(); });
-    return v;
-  };
-  auto readPicture = [&](const char16_t* key) {
-    return std::dynamic_pointer_cast<host::StdPicture>(read(key, Variant::Nothing()).Obj());
-  };
+  const BagReader saved(PropBag, BagReader::kGivesDefault);
 
   Step([&] {
     std::shared_ptr<host::StdFont> ambient = Ambient().Font();
-    auto font = std::dynamic_pointer_cast<host::StdFont>(read(u"Font", Variant(ambient)).Obj());
+    auto font = std::dynamic_pointer_cast<host::StdFont>(saved.Read(u"Font", Variant(ambient)).Obj());
     UserControl::Font(font ? font : ambient);
   });
-  Step([&] { UserControl::MouseIcon(readPicture(u"MouseIcon")); });
-  m_selectionPicture = readPicture(u"SelectionPicture");
-  m_alignment = readLong(u"Alignment", 0);
-  m_backColor = static_cast<OLE_COLOR>(readLong(u"BackColor", 0xFFFFFF));
-  m_backColorEvenRows = static_cast<OLE_COLOR>(readLong(u"BackColorEvenRows", 0xFBFBFC));
-  m_backColorEvenRowsEnabled = readBool(u"BackColorEvenRowsEnabled", true);
-  m_borderColor = static_cast<OLE_COLOR>(readLong(u"BorderColor", static_cast<int32_t>(DefaultBorderColor())));
-  m_cacheIncrement = readLong(u"CacheIncrement", kDefaultCacheIncrement);
+  Step([&] { UserControl::MouseIcon(saved.Picture(u"MouseIcon")); });
+  m_selectionPicture = saved.Picture(u"SelectionPicture");
+  m_alignment = saved.Long(u"Alignment", 0);
+  m_backColor = static_cast<OLE_COLOR>(saved.Long(u"BackColor", 0xFFFFFF));
+  m_backColorEvenRows = static_cast<OLE_COLOR>(saved.Long(u"BackColorEvenRows", 0xFBFBFC));
+  m_backColorEvenRowsEnabled = saved.Bool(u"BackColorEvenRowsEnabled", true);
+  m_borderColor = static_cast<OLE_COLOR>(saved.Long(u"BorderColor", static_cast<int32_t>(DefaultBorderColor())));
+  m_cacheIncrement = saved.Long(u"CacheIncrement", kDefaultCacheIncrement);
   if (m_cacheIncrement < 0) m_cacheIncrement = kDefaultCacheIncrement;
-  const bool enabled = readBool(u"Enabled", true);
-  m_foreColor = static_cast<OLE_COLOR>(readLong(u"ForeColor", 0));
-  m_foreColorSelected = static_cast<OLE_COLOR>(readLong(u"ForeColorSelected", 0));
-  m_gradientMode = readLong(u"GradientMode", Horizontal);
-  m_hoverSelection = readBool(u"HoverSelection", false);
-  m_itemHeight = std::max(1, readLong(u"ItemHeight", 26));
-  m_itemHeightAuto = readBool(u"ItemHeightAuto", false);
-  m_itemOffset = std::max(0, readLong(u"ItemOffset", 0));
-  m_itemSelectedBackColor = static_cast<OLE_COLOR>(readLong(u"ItemSelectedBackColor", 0xFFFFFF));
-  m_itemSelectedBorderColor = static_cast<OLE_COLOR>(readLong(u"ItemSelectedBorderColor", 0xFFF3E5));
-  m_itemSelectedColor1 = static_cast<OLE_COLOR>(readLong(u"ItemSelectedColor1", 0xFFF3E5));
-  m_itemSelectedColor2 = static_cast<OLE_COLOR>(readLong(u"ItemSelectedColor2", 0xFFF3E5));
-  m_itemTextLeft = readLong(u"ItemTextLeft", 3);
-  m_listGradient = readBool(u"ListGradient", false);
-  const auto pointer = static_cast<int16_t>(readLong(u"MousePointer", 0));
-  m_orderType = readLong(u"OrderType", Ascendent);
+  const bool enabled = saved.Bool(u"Enabled", true);
+  m_foreColor = static_cast<OLE_COLOR>(saved.Long(u"ForeColor", 0));
+  m_foreColorSelected = static_cast<OLE_COLOR>(saved.Long(u"ForeColorSelected", 0));
+  m_gradientMode = saved.Long(u"GradientMode", Horizontal);
+  m_hoverSelection = saved.Bool(u"HoverSelection", false);
+  m_itemHeight = std::max(1, saved.Long(u"ItemHeight", 26));
+  m_itemHeightAuto = saved.Bool(u"ItemHeightAuto", false);
+  m_itemOffset = std::max(0, saved.Long(u"ItemOffset", 0));
+  m_itemSelectedBackColor = static_cast<OLE_COLOR>(saved.Long(u"ItemSelectedBackColor", 0xFFFFFF));
+  m_itemSelectedBorderColor = static_cast<OLE_COLOR>(saved.Long(u"ItemSelectedBorderColor", 0xFFF3E5));
+  m_itemSelectedColor1 = static_cast<OLE_COLOR>(saved.Long(u"ItemSelectedColor1", 0xFFF3E5));
+  m_itemSelectedColor2 = static_cast<OLE_COLOR>(saved.Long(u"ItemSelectedColor2", 0xFFF3E5));
+  m_itemTextLeft = saved.Long(u"ItemTextLeft", 3);
+  m_listGradient = saved.Bool(u"ListGradient", false);
+  const auto pointer = static_cast<int16_t>(saved.Long(u"MousePointer", 0));
+  m_orderType = saved.Long(u"OrderType", Ascendent);
   // A saved list without the key does not paint until Redraw is set: the key's default is False.
-  m_redraw = readBool(u"Redraw", false);
-  m_scrollBarWidth = std::max(0, readLong(u"ScrollBarWidth", 13));
-  m_selectMode = readLong(u"SelectMode", Single) == Multiple ? Multiple : Single;
+  m_redraw = saved.Bool(u"Redraw", false);
+  m_scrollBarWidth = std::max(0, saved.Long(u"ScrollBarWidth", 13));
+  m_selectMode = saved.Long(u"SelectMode", Single) == Multiple ? Multiple : Single;
   // Only stored: the colours saved with the list are the ones that apply.
-  m_theme = readLong(u"Theme", frame::Windows_Theme);
-  m_wordWrap = readBool(u"WordWrap", false);
+  m_theme = saved.Long(u"Theme", frame::Windows_Theme);
+  m_wordWrap = saved.Bool(u"WordWrap", false);
 
   Step([&] { UserControl::MousePointer(pointer); });
   Step([&] { UserControl::Enabled(enabled); });

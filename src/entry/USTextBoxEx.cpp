@@ -26,6 +26,7 @@
 namespace mx::entry {
 
 using controls::detail::Step;
+using controls::detail::BagReader;
 using host::Variant;
 
 namespace {
@@ -405,56 +406,52 @@ void USTextBoxEx::UserControl_InitProperties() {
 
 void USTextBoxEx::UserControl_ReadProperties(host::PropertyBag& PropBag) {
   Step([&] { m_userMode = Ambient().UserMode(); });
-  auto read = [&](const char16_t* key, const Variant& def) {
-    Variant v = def;
-    Step([&] { v = PropBag.ReadProperty(key, def); });
-    return v;
-  };
+  const BagReader saved(PropBag, BagReader::kGivesDefault);
   auto readFont = [&](const char16_t* key) {
     std::shared_ptr<host::StdFont> f;
-    Step([&] { f = std::dynamic_pointer_cast<host::StdFont>(read(key, Variant::Nothing()).Obj()); });
+    Step([&] { f = std::dynamic_pointer_cast<host::StdFont>(saved.Read(key, Variant::Nothing()).Obj()); });
     if (!f) Step([&] { f = Ambient().Font(); });
     return f ? f : std::make_shared<host::StdFont>();
   };
   m_font = readFont(u"Font");
   m_fontDisabled = readFont(u"FontDisabled");
   m_fontOver = readFont(u"FontOver");
-  Step([&] { m_alignment = read(u"Alignment", Variant(int16_t{0})).ToInteger(); });
-  Step([&] { m_number.allowNegativeNumber = read(u"AllowNegativeNumber", Variant(true)).ToBoolean(); });
-  Step([&] { m_number.autoFormatCurrency = read(u"AutoFormatCurrency", Variant(false)).ToBoolean(); });
-  Step([&] { m_autoSelect = read(u"AutoSelect", Variant(true)).ToBoolean(); });
-  Step([&] { m_backColor = static_cast<OLE_COLOR>(read(u"BackColor", Variant(int32_t{0xFFFFFF})).ToLong()); });
-  Step([&] { m_backColorDisabled = static_cast<OLE_COLOR>(read(u"BackColorDisabled", Variant(int32_t{0xFFFFFF})).ToLong()); });
-  Step([&] { m_backColorOver = static_cast<OLE_COLOR>(read(u"BackColorOver", Variant(int32_t{0xF4FFFF})).ToLong()); });
-  Step([&] { m_borderColor = static_cast<OLE_COLOR>(read(u"BorderColor", Variant(static_cast<int32_t>(Shift(10114859, 120)))).ToLong()); });
-  Step([&] { m_borderColorDisabled = static_cast<OLE_COLOR>(read(u"BorderColorDisabled", Variant(int32_t{14405324})).ToLong()); });
-  Step([&] { m_borderColorOver = static_cast<OLE_COLOR>(read(u"BorderColorOver", Variant(static_cast<int32_t>(Shift(8076800, 120)))).ToLong()); });
-  Step([&] { m_number.currencyChar = read(u"CurrencyChar", Variant(String(u"R$"))).ToString(); });
-  Step([&] { m_dataField = read(u"DataField", Variant(String())).ToString(); });
-  Step([&] { m_number.decimals = read(u"Decimals", Variant(int16_t{2})).ToInteger(); });
-  Step([&] { m_number.decimalSimbol = read(u"DecimalSimbol", Variant(String(u","))).ToString(); });
+  Step([&] { m_alignment = saved.Read(u"Alignment", Variant(int16_t{0})).ToInteger(); });
+  Step([&] { m_number.allowNegativeNumber = saved.Read(u"AllowNegativeNumber", Variant(true)).ToBoolean(); });
+  Step([&] { m_number.autoFormatCurrency = saved.Read(u"AutoFormatCurrency", Variant(false)).ToBoolean(); });
+  Step([&] { m_autoSelect = saved.Read(u"AutoSelect", Variant(true)).ToBoolean(); });
+  Step([&] { m_backColor = static_cast<OLE_COLOR>(saved.Read(u"BackColor", Variant(int32_t{0xFFFFFF})).ToLong()); });
+  Step([&] { m_backColorDisabled = static_cast<OLE_COLOR>(saved.Read(u"BackColorDisabled", Variant(int32_t{0xFFFFFF})).ToLong()); });
+  Step([&] { m_backColorOver = static_cast<OLE_COLOR>(saved.Read(u"BackColorOver", Variant(int32_t{0xF4FFFF})).ToLong()); });
+  Step([&] { m_borderColor = static_cast<OLE_COLOR>(saved.Read(u"BorderColor", Variant(static_cast<int32_t>(Shift(10114859, 120)))).ToLong()); });
+  Step([&] { m_borderColorDisabled = static_cast<OLE_COLOR>(saved.Read(u"BorderColorDisabled", Variant(int32_t{14405324})).ToLong()); });
+  Step([&] { m_borderColorOver = static_cast<OLE_COLOR>(saved.Read(u"BorderColorOver", Variant(static_cast<int32_t>(Shift(8076800, 120)))).ToLong()); });
+  Step([&] { m_number.currencyChar = saved.Read(u"CurrencyChar", Variant(String(u"R$"))).ToString(); });
+  Step([&] { m_dataField = saved.Read(u"DataField", Variant(String())).ToString(); });
+  Step([&] { m_number.decimals = saved.Read(u"Decimals", Variant(int16_t{2})).ToInteger(); });
+  Step([&] { m_number.decimalSimbol = saved.Read(u"DecimalSimbol", Variant(String(u","))).ToString(); });
   bool enabled = true;
-  Step([&] { enabled = read(u"Enabled", Variant(true)).ToBoolean(); });
-  Step([&] { m_foreColor = static_cast<OLE_COLOR>(read(u"ForeColor", Variant(int32_t{0})).ToLong()); });
-  Step([&] { m_foreColorDisabled = static_cast<OLE_COLOR>(read(u"ForeColorDisabled", Variant(int32_t{0})).ToLong()); });
-  Step([&] { m_foreColorOver = static_cast<OLE_COLOR>(read(u"ForeColorOver", Variant(int32_t{0})).ToLong()); });
-  Step([&] { m_number.formatType = read(u"FormatType", Variant(int32_t{0})).ToLong(); });
-  Step([&] { m_locked = read(u"Locked", Variant(false)).ToBoolean(); });
-  Step([&] { m_mask = read(u"Mask", Variant(String())).ToString(); });
-  Step([&] { m_maskType = read(u"MaskType", Variant(int32_t{2})).ToLong(); });
-  Step([&] { ApplyMaxLength(read(u"MaxLength", Variant(int16_t{255})).ToInteger()); });
-  Step([&] { m_numberOnly = read(u"NumberOnly", Variant(false)).ToBoolean(); });
-  Step([&] { m_oleDragMode = read(u"OLEDragMode", Variant(int16_t{0})).ToInteger(); });
-  Step([&] { m_oleDropMode = read(u"OLEDropMode", Variant(int16_t{0})).ToInteger(); });
-  Step([&] { m_inner->PasswordChar(read(u"PasswordChar", Variant(String())).ToString()); });
-  Step([&] { m_required = read(u"Required", Variant(false)).ToBoolean(); });
-  Step([&] { m_requiredColor = static_cast<OLE_COLOR>(read(u"RequiredColor", Variant(int32_t{0x0000C0})).ToLong()); });
-  Step([&] { m_textCase = read(u"TextCase", Variant(int32_t{0})).ToLong(); });
-  Step([&] { m_theme = read(u"Theme", Variant(int32_t{2})).ToLong(); });
+  Step([&] { enabled = saved.Read(u"Enabled", Variant(true)).ToBoolean(); });
+  Step([&] { m_foreColor = static_cast<OLE_COLOR>(saved.Read(u"ForeColor", Variant(int32_t{0})).ToLong()); });
+  Step([&] { m_foreColorDisabled = static_cast<OLE_COLOR>(saved.Read(u"ForeColorDisabled", Variant(int32_t{0})).ToLong()); });
+  Step([&] { m_foreColorOver = static_cast<OLE_COLOR>(saved.Read(u"ForeColorOver", Variant(int32_t{0})).ToLong()); });
+  Step([&] { m_number.formatType = saved.Read(u"FormatType", Variant(int32_t{0})).ToLong(); });
+  Step([&] { m_locked = saved.Read(u"Locked", Variant(false)).ToBoolean(); });
+  Step([&] { m_mask = saved.Read(u"Mask", Variant(String())).ToString(); });
+  Step([&] { m_maskType = saved.Read(u"MaskType", Variant(int32_t{2})).ToLong(); });
+  Step([&] { ApplyMaxLength(saved.Read(u"MaxLength", Variant(int16_t{255})).ToInteger()); });
+  Step([&] { m_numberOnly = saved.Read(u"NumberOnly", Variant(false)).ToBoolean(); });
+  Step([&] { m_oleDragMode = saved.Read(u"OLEDragMode", Variant(int16_t{0})).ToInteger(); });
+  Step([&] { m_oleDropMode = saved.Read(u"OLEDropMode", Variant(int16_t{0})).ToInteger(); });
+  Step([&] { m_inner->PasswordChar(saved.Read(u"PasswordChar", Variant(String())).ToString()); });
+  Step([&] { m_required = saved.Read(u"Required", Variant(false)).ToBoolean(); });
+  Step([&] { m_requiredColor = static_cast<OLE_COLOR>(saved.Read(u"RequiredColor", Variant(int32_t{0x0000C0})).ToLong()); });
+  Step([&] { m_textCase = saved.Read(u"TextCase", Variant(int32_t{0})).ToLong(); });
+  Step([&] { m_theme = saved.Read(u"Theme", Variant(int32_t{2})).ToLong(); });
   Step([&] { m_tip.Read(PropBag); });
   // The text goes in last, through the setter, so that the mask and number rules lay it out.
   String text;
-  Step([&] { text = read(u"Text", Variant(String())).ToString(); });
+  Step([&] { text = saved.Read(u"Text", Variant(String())).ToString(); });
   Step([&] { m_inner->Alignment(m_alignment); });
   Step([&] { m_inner->Locked(m_locked); });
   if (m_number.formatType != To_Text && text.empty()) text = u"0";
