@@ -99,7 +99,8 @@ def load(out_dir):
         except (OSError, ValueError):
             continue
         for b in data.get("benchmarks", []):
-            if b.get("error_occurred"):
+            # Failed runs, and the complexity fits (BigO, RMS) that carry no time of their own.
+            if b.get("error_occurred") or "cpu_time" not in b:
                 continue
             name = b.get("run_name", b["name"])
             ms = b["cpu_time"] * UNIT_MS.get(b.get("time_unit", "ns"), 1e-6)
