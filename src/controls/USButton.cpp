@@ -40,8 +40,11 @@ char16_t LowerCase(char16_t c) {
   return static_cast<char16_t>(std::towlower(static_cast<wint_t>(c)));
 }
 
-void CheckColourIndex(int32_t index) {
+// Colour `index` (1 to 4) of one of the four-colour gradients; 381 outside that range.
+template <typename Colour>
+Colour& ColourAt(Colour (&colours)[4], int32_t index) {
   if (index < 1 || index > 4) host::Raise(381, u"USButton");
+  return colours[index - 1];
 }
 
 }  // namespace
@@ -243,45 +246,31 @@ void USButton::ForeColorDown(OLE_COLOR value) {
   PropertyChanged(u"ForeColorDown");
 }
 
-OLE_COLOR USButton::GradientColor(int32_t index) const {
-  CheckColourIndex(index);
-  return m_gradient[index - 1];
+// The gradient setters store and persist under the key with the colour's number. The normal
+// and disabled colours repaint at once; the over and down colours show at the next change of
+// state.
+void USButton::SetGradientColour(OLE_COLOR (&colours)[4], const char16_t* key, int32_t index, OLE_COLOR value,
+                                 bool repaint) {
+  ColourAt(colours, index) = value;
+  PropertyChanged(key + String(1, static_cast<char16_t>(u'0' + index)));
+  if (repaint) DrawState(-1, true);
 }
+OLE_COLOR USButton::GradientColor(int32_t index) const { return ColourAt(m_gradient, index); }
 void USButton::GradientColor(int32_t index, OLE_COLOR value) {
-  CheckColourIndex(index);
-  m_gradient[index - 1] = value;
-  PropertyChanged(u"GradientColor" + String(1, static_cast<char16_t>(u'0' + index)));
-  DrawState(-1, true);
+  SetGradientColour(m_gradient, u"GradientColor", index, value, true);
 }
-OLE_COLOR USButton::GradientColorDisabled(int32_t index) const {
-  CheckColourIndex(index);
-  return m_gradientDisabled[index - 1];
-}
+OLE_COLOR USButton::GradientColorDisabled(int32_t index) const { return ColourAt(m_gradientDisabled, index); }
 void USButton::GradientColorDisabled(int32_t index, OLE_COLOR value) {
-  CheckColourIndex(index);
-  m_gradientDisabled[index - 1] = value;
-  PropertyChanged(u"GradientColorDisabled" + String(1, static_cast<char16_t>(u'0' + index)));
-  DrawState(-1, true);
+  SetGradientColour(m_gradientDisabled, u"GradientColorDisabled", index, value, true);
 }
-OLE_COLOR USButton::GradientColorOver(int32_t index) const {
-  CheckColourIndex(index);
-  return m_gradientOver[index - 1];
-}
+OLE_COLOR USButton::GradientColorOver(int32_t index) const { return ColourAt(m_gradientOver, index); }
 void USButton::GradientColorOver(int32_t index, OLE_COLOR value) {
-  CheckColourIndex(index);
-  m_gradientOver[index - 1] = value;
-  PropertyChanged(u"GradientColorOver" + String(1, static_cast<char16_t>(u'0' + index)));
+  SetGradientColour(m_gradientOver, u"GradientColorOver", index, value, false);
 }
-OLE_COLOR USButton::GradientColorDown(int32_t index) const {
-  CheckColourIndex(index);
-  return m_gradientDown[index - 1];
-}
+OLE_COLOR USButton::GradientColorDown(int32_t index) const { return ColourAt(m_gradientDown, index); }
 void USButton::GradientColorDown(int32_t index, OLE_COLOR value) {
-  CheckColourIndex(index);
-  m_gradientDown[index - 1] = value;
-  PropertyChanged(u"GradientColorDown" + String(1, static_cast<char16_t>(u'0' + index)));
+  SetGradientColour(m_gradientDown, u"GradientColorDown", index, value, false);
 }
-
 
 void USButton::MousePointer(int16_t value) {
   UserControl::MousePointer(value);

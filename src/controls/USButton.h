@@ -317,6 +317,7 @@ class USButton : public CaptionControl, public frame::ToolTipProperties {
   void DrawState(int32_t xState, bool xForce);
 
  private:
+  void SetGradientColour(OLE_COLOR (&colours)[4], const char16_t* key, int32_t index, OLE_COLOR value, bool repaint);
   void PaintFace(int32_t xState);
   void PaintGradient(OLE_COLOR c1, OLE_COLOR c2, OLE_COLOR c3, OLE_COLOR c4, int32_t gradientColors);
   void ApplyRegion(int32_t xEllipseW, int32_t xEllipseH);

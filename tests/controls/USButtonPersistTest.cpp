@@ -132,6 +132,32 @@ TEST_F(ButtonPersistTest, LateBindingReachesPropertiesAndMethods) {
   EXPECT_THROW(b->Invoke(u"NoSuchMember", host::CallKind::Get, {}), host::RuntimeError);
 }
 
+TEST_F(ButtonPersistTest, GradientColoursAreNumberedOneToFourUnderTheirOwnKeys) {
+  auto b = Make(0, 0, 80, 24);
+  for (int32_t outside : {0, 5}) {
+    try {
+      (void)b->GradientColorDisabled(outside);
+      ADD_FAILURE() << outside << " was accepted";
+    } catch (const host::RuntimeError& e) {
+      EXPECT_EQ(e.Number(), 381);
+    }
+    EXPECT_THROW(b->GradientColorOver(outside, 0x123456), host::RuntimeError);
+  }
+  // The normal and disabled colours repaint at once; over and down wait for their state.
+  int before = b->PaintCount();
+  b->GradientColor(4, 0x0000FF);
+  EXPECT_GT(b->PaintCount(), before);
+  before = b->PaintCount();
+  b->GradientColorDown(1, 0x00FF00);
+  EXPECT_EQ(b->PaintCount(), before);
+  PropertyBag bag;
+  b->SaveTo(bag);
+  EXPECT_EQ(bag.ReadProperty(u"GradientColor4").ToLong(), 0x0000FF);
+  EXPECT_EQ(bag.ReadProperty(u"GradientColorDown1").ToLong(), 0x00FF00);
+  EXPECT_FALSE(bag.Contains(u"GradientColor1"));
+  EXPECT_EQ(b->GradientColor(1), 0x9A572B);
+}
+
 // ---- Layout -------------------------------------------------------------------------------------
 
 class ButtonLayoutTest : public ButtonTest {
