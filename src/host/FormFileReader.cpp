@@ -52,6 +52,13 @@ bool IsKeywordLine(StringView t, StringView keyword) {
   return EqualsNoCase(FirstWord(t, &rest), keyword) && (rest.empty() || rest[0] == u'\'');
 }
 
+// A line that opens a block: the keyword as its first word, not followed by "=". A property
+// that happens to be named "Begin" stays a property when the writer puts blanks before its "=".
+bool OpensBlock(StringView t, StringView keyword) {
+  StringView rest;
+  return EqualsNoCase(FirstWord(t, &rest), keyword) && (rest.empty() || rest[0] != u'=');
+}
+
 std::string Quote(StringView s) { return "\"" + ToUtf8(s) + "\""; }
 
 std::vector<Line> SplitLines(const String& text) {
@@ -329,8 +336,7 @@ bool Parser::ReadFont(const std::vector<Line>& lines, size_t& i, StringView name
       open.lastWasHost = host;
       return true;
     }
-    StringView word = FirstWord(t);
-    if (EqualsNoCase(word, u"Begin") || EqualsNoCase(word, u"BeginProperty") || IsKeywordLine(t, u"End")) break;
+    if (OpensBlock(t, u"Begin") || OpensBlock(t, u"BeginProperty") || IsKeywordLine(t, u"End")) break;
     size_t eq = t.find(u'=');
     // A font has a fixed set of properties; anything else in its block has nowhere to go.
     if (eq == StringView::npos) continue;
@@ -369,7 +375,7 @@ bool Parser::ReadUnknownPropertyBlock(const std::vector<Line>& lines, size_t& i,
     StringView t = TrimBlanks(text);
     size_t lead = LeadingBlanks(text);
     raw.push_back(text.substr(lead >= base ? base : lead));
-    if (EqualsNoCase(FirstWord(t), u"BeginProperty")) {
+    if (OpensBlock(t, u"BeginProperty")) {
       ++depth;
     } else if (IsKeywordLine(t, u"EndProperty")) {
       if (--depth == 0) {
@@ -379,7 +385,7 @@ bool Parser::ReadUnknownPropertyBlock(const std::vector<Line>& lines, size_t& i,
         section.AddUnknownLines(std::move(raw), std::move(entries));
         return true;
       }
-    } else if (IsKeywordLine(t, u"End") || EqualsNoCase(FirstWord(t), u"Begin")) {
+    } else if (IsKeywordLine(t, u"End") || OpensBlock(t, u"Begin")) {
       break;
     }
   }
@@ -405,7 +411,7 @@ bool Parser::Run(const std::vector<Line>& lines, FormFile& out) {
       continue;
     }
     if (phase == Phase::Header) {
-      if (EqualsNoCase(word, u"Begin")) {
+      if (OpensBlock(t, u"Begin")) {
         if (!ParseBlockHeader(rest, line.number, out.root)) return false;
         stack.push_back(Open{&out.root, line.number, true});
         phase = Phase::Body;
@@ -440,12 +446,12 @@ bool Parser::Run(const std::vector<Line>& lines, FormFile& out) {
     if (IsKeywordLine(t, u"End")) {
       stack.pop_back();
       if (stack.empty()) phase = Phase::Trailer;
-    } else if (EqualsNoCase(word, u"Begin")) {
+    } else if (OpensBlock(t, u"Begin")) {
       FormBlock child;
       if (!ParseBlockHeader(rest, line.number, child)) return false;
       open.block->children.push_back(std::move(child));
       stack.push_back(Open{&open.block->children.back(), line.number, true});
-    } else if (EqualsNoCase(word, u"BeginProperty")) {
+    } else if (OpensBlock(t, u"BeginProperty")) {
       StringView clsid;
       StringView name = FirstWord(rest, &clsid);
       if (name.empty()) return Fail(line.number, "BeginProperty without a property name");

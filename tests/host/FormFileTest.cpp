@@ -557,3 +557,20 @@ TEST(FormFileBad, EveryCutOfAGoodFormFailsCleanlyOrReadsAPrefix) {
   EXPECT_FALSE(ReadFormFile(kBadForms + "does_not_exist.frm", form, error));
   EXPECT_EQ(error.line, 0);
 }
+
+TEST(FormFileRoundTrip, APropertyNamedLikeAKeywordStaysAProperty) {
+  // Found by fuzzing: "Begin=4" reads as a property, and the writer puts blanks before its "=",
+  // which must not turn it into a block on the way back.
+  FormFile form = MustParse(ReadBytes(std::string(MX_TESTDATA_DIR) + "/bad/formfile/property_named_begin.frm"));
+  ASSERT_EQ(form.root.name, u"r");
+  EXPECT_EQ(form.root.bag.ReadProperty(u"Begin").ToLong(), 4);
+  FormFileBytes written = WriteFormText(form, u"x.frx");
+  FormFile back = MustParse(written.text, written.companion);
+  EXPECT_TRUE(back.SameContents(form));
+  // The same for the other keywords that open or close something.
+  FormFile keywords = MustParse(Ascii(Crlf("Begin Test.Panel f\n   BeginProperty = 1\n   End = 2\n"
+                                           "   EndProperty = 3\nEnd\n")));
+  EXPECT_EQ(keywords.root.bag.Count(), 3);
+  FormFile again = MustParse(WriteFormText(keywords, u"x.frx").text);
+  EXPECT_TRUE(again.SameContents(keywords));
+}

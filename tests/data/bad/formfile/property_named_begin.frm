@@ -1,0 +1,2 @@
+Begin V.F rBegin=4
+End
