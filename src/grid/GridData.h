@@ -354,6 +354,13 @@ class GridData {
   [[nodiscard]] std::vector<int32_t>& ColOrder() { return m_colOrder; }
   [[nodiscard]] GridRow& StoredRow(int32_t storageRow);
   [[nodiscard]] const GridRow& StoredRow(int32_t storageRow) const;
+  // Each row's cells are a block of their own, so a walk over many rows misses the cache once
+  // per row, at addresses the hardware cannot foresee. Walks ask for the cell kCellsAhead rows
+  // ahead of the one they read, which overlaps those misses.
+  static constexpr size_t kCellsAhead = 8;
+  void PrefetchCell(int32_t storageRow, size_t storageCol) const {
+    __builtin_prefetch(StoredRow(storageRow).cells.get() + storageCol);
+  }
   [[nodiscard]] GridColumn& StoredColumn(int32_t storageCol) { return m_columns.at(static_cast<size_t>(storageCol)); }
   [[nodiscard]] const std::vector<GridFormat>& Formats() const { return m_formats; }
   // A stored cell's picture (CellPicture), or null.

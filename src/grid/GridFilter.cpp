@@ -130,11 +130,9 @@ void GridData::ApplyFilter(host::StringView filterText, int32_t searchColumn, in
     for (int32_t r = startingRow; r <= m_lastRow; ++r) inRange[static_cast<size_t>(m_rowOrder[static_cast<size_t>(r)])] = 1;
   }
   host::String cell;
-  // Each row's cells are a block of their own, so every row costs a cache miss that the
-  // hardware cannot foresee; asking for the cell a few rows ahead overlaps those misses.
-  constexpr int32_t kAhead = 8;
+  const auto ahead = static_cast<int32_t>(kCellsAhead);
   for (int32_t s = 0; s <= m_lastRow; ++s) {
-    if (s + kAhead <= m_lastRow) __builtin_prefetch(StoredRow(s + kAhead).cells.get() + storage);
+    if (s + ahead <= m_lastRow) PrefetchCell(s + ahead, storage);
     if (!inRange.empty() && inRange[static_cast<size_t>(s)] == 0) continue;
     GridRow& row = StoredRow(s);
     row.visible = Matches(mode, row.cells[storage].text.View(), search, !matchCase, like, cell);
