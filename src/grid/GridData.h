@@ -355,8 +355,8 @@ class GridData {
   [[nodiscard]] GridRow& StoredRow(int32_t storageRow);
   [[nodiscard]] const GridRow& StoredRow(int32_t storageRow) const;
   // Each row's cells are a block of their own, so a walk over many rows misses the cache once
-  // per row, at addresses the hardware cannot foresee. Walks ask for the cell kCellsAhead rows
-  // ahead of the one they read, which overlaps those misses.
+  // per row, at addresses the hardware cannot foresee. The filter asks for the cell kCellsAhead
+  // rows ahead of the one it reads, which overlaps those misses.
   static constexpr size_t kCellsAhead = 8;
   void PrefetchCell(int32_t storageRow, size_t storageCol) const {
     __builtin_prefetch(StoredRow(storageRow).cells.get() + storageCol);
