@@ -11,6 +11,7 @@
 #include "support/Golden.h"
 #include "platform/Clock.h"
 #include "platform/Window.h"
+#include "support/FormRunSupport.h"
 
 namespace mx::controls {
 namespace {
@@ -22,11 +23,6 @@ class ButtonFormRunTest : public ::testing::Test {
     RegisterControls();
   }
   void TearDown() override { platform::ResetWindowing(); }
-  std::string Script(const std::string& text) {
-    const std::string path = ::testing::TempDir() + "button_script.txt";
-    std::ofstream(path) << text;
-    return path;
-  }
   platform::ScopedVirtualClock m_clock;
 };
 
@@ -34,7 +30,7 @@ TEST_F(ButtonFormRunTest, ScriptedClickOnTheExampleForm) {
   host::FormRunOptions options;
   options.formPath = std::string(MX_SOURCE_DIR) + "/examples/buttons.frm";
   // cmdBlue spans client pixels 12..140 x 12..44; cmdDisabled (row 3, column 1) takes no click.
-  options.scriptPath = Script("move 70 28\ndown left\nup left\nwait 600\nmove 200 160\ndown left\nup left\n");
+  options.scriptPath = test::WriteTempFile("button_script.txt", "move 70 28\ndown left\nup left\nwait 600\nmove 200 160\ndown left\nup left\n");
   std::ostringstream out, err;
   EXPECT_EQ(host::RunForm(options, out, err), 0) << err.str();
   const std::string text = out.str();
@@ -49,7 +45,7 @@ TEST_F(ButtonFormRunTest, ScriptedClickOnTheExampleForm) {
 TEST_F(ButtonFormRunTest, BadScriptLineFailsWithItsLine) {
   host::FormRunOptions options;
   options.formPath = std::string(MX_SOURCE_DIR) + "/examples/buttons.frm";
-  options.scriptPath = Script("move 1 1\nclick\n");
+  options.scriptPath = test::WriteTempFile("button_script.txt", "move 1 1\nclick\n");
   std::ostringstream out, err;
   EXPECT_NE(host::RunForm(options, out, err), 0);
   EXPECT_NE(err.str().find("line 2"), std::string::npos) << err.str();
@@ -68,7 +64,7 @@ TEST_F(ButtonFormRunTest, ScriptShotsShowHoverAndTooltip) {
   host::FormRunOptions options;
   options.formPath = std::string(MX_TESTDATA_DIR) + "/forms/tooltip.frm";
   // cmdSave spans client pixels 12..112 x 12..42; the tip waits ToolDelayTime (1500 ms).
-  options.scriptPath = Script("move 50 25\nwait 100\nshot " + dir + "hover.png\nwait 1700\nshot " + dir + "tip.png\n");
+  options.scriptPath = test::WriteTempFile("button_script.txt", "move 50 25\nwait 100\nshot " + dir + "hover.png\nwait 1700\nshot " + dir + "tip.png\n");
   std::ostringstream out, err;
   ASSERT_EQ(host::RunForm(options, out, err), 0) << err.str();
   EXPECT_NE(out.str().find("EVENT cmdSave.MouseEnter"), std::string::npos) << out.str();

@@ -10,6 +10,7 @@
 #include "host/ScriptPlayer.h"
 #include "platform/Clock.h"
 #include "platform/Window.h"
+#include "support/FormRunSupport.h"
 
 namespace mx::dates {
 namespace {
@@ -22,32 +23,15 @@ class CalendarFormRunTest : public ::testing::Test {
     RegisterControls();
   }
   void TearDown() override { platform::ResetWindowing(); }
-  std::string Script(const std::string& text) {
-    const std::string path = ::testing::TempDir() + "calendar_script.txt";
-    std::ofstream(path) << text;
-    return path;
-  }
   platform::ScopedVirtualClock m_clock;
 };
-
-// The events of one control in the order printed, without the "EVENT name." prefix.
-std::vector<std::string> EventsOf(const std::string& text, const std::string& control) {
-  std::vector<std::string> out;
-  std::istringstream in(text);
-  std::string line;
-  const std::string prefix = "EVENT " + control + ".";
-  while (std::getline(in, line)) {
-    if (line.rfind(prefix, 0) == 0) out.push_back(line.substr(prefix.size()));
-  }
-  return out;
-}
 
 TEST_F(CalendarFormRunTest, ScriptedClicksRaiseTheEventsInOrder) {
   host::FormRunOptions options;
   options.formPath = std::string(MX_SOURCE_DIR) + "/examples/dates.frm";
   // calMain sits at client (8, 8): day cell 20 is centred at (227, 205), the next-month button
   // at (226, 96), the heading starts at (24, 88), today's date at (24, 58), cell 0 at (35, 153).
-  options.scriptPath = Script(
+  options.scriptPath = test::WriteTempFile("calendar_script.txt", 
       "move 227 205\ndown left\nup left\nwait 600\n"
       "move 226 96\ndown left\nup left\nwait 600\n"
       "move 35 153\ndown left\nup left\nwait 600\n"
@@ -56,7 +40,7 @@ TEST_F(CalendarFormRunTest, ScriptedClicksRaiseTheEventsInOrder) {
       "move 227 205\ndblclick\n");
   std::ostringstream out, err;
   ASSERT_EQ(host::RunForm(options, out, err), 0) << err.str();
-  const auto events = EventsOf(out.str(), "calMain");
+  const auto events = test::EventsOf(out.str(), "calMain");
   ASSERT_EQ(events.size(), 8u) << out.str();
   EXPECT_EQ(events[0].rfind("DateClicked ", 0), 0u) << events[0];
   EXPECT_EQ(events[1].rfind("NextButtonClicked ", 0), 0u) << events[1];
@@ -68,7 +52,7 @@ TEST_F(CalendarFormRunTest, ScriptedClicksRaiseTheEventsInOrder) {
   EXPECT_EQ(events[5].rfind("TodayClicked ", 0), 0u) << events[5];
   EXPECT_EQ(events[6].rfind("DateClicked ", 0), 0u) << events[6];
   EXPECT_EQ(events[7].rfind("DateDblClicked ", 0), 0u) << events[7];
-  EXPECT_TRUE(EventsOf(out.str(), "calSmall").empty());
+  EXPECT_TRUE(test::EventsOf(out.str(), "calSmall").empty());
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "host/ScriptPlayer.h"
 #include "platform/Clock.h"
 #include "platform/Window.h"
+#include "support/FormRunSupport.h"
 
 namespace mx::dates {
 namespace {
@@ -25,28 +26,15 @@ class DatePickerFormRunTest : public ::testing::Test {
     RegisterControls();
   }
   void TearDown() override { platform::ResetWindowing(); }
-  std::string Script(const std::string& text) {
-    const std::string path = ::testing::TempDir() + "datepicker_script.txt";
-    std::ofstream(path) << text;
-    return path;
-  }
   platform::ScopedVirtualClock m_clock;
 };
 
 // The events of one control in the order printed, without the prefix; mouse moves and keys left
 // out.
 std::vector<std::string> EventsOf(const std::string& text, const std::string& control) {
-  std::vector<std::string> out;
-  std::istringstream in(text);
-  std::string line;
-  const std::string prefix = "EVENT " + control + ".";
-  while (std::getline(in, line)) {
-    if (line.rfind(prefix, 0) != 0) continue;
-    const std::string event = line.substr(prefix.size());
-    if (event.rfind("Mouse", 0) == 0 || event.rfind("Key", 0) == 0) continue;
-    out.push_back(event);
-  }
-  return out;
+  std::vector<std::string> events = test::EventsOf(text, control);
+  std::erase_if(events, [](const std::string& e) { return e.rfind("Mouse", 0) == 0 || e.rfind("Key", 0) == 0; });
+  return events;
 }
 
 TEST_F(DatePickerFormRunTest, ArrowThenADayTakesTheDate) {
@@ -55,7 +43,7 @@ TEST_F(DatePickerFormRunTest, ArrowThenADayTakesTheDate) {
   // dtpDate sits at client (484, 242), 160 x 21: its arrow is at (634, 252). The calendar drops
   // to (484, 264); January 2024 begins in cell 1, so the 20th is cell 20, centred 191 px right
   // and 137 px down of the calendar's corner.
-  options.scriptPath = Script(
+  options.scriptPath = test::WriteTempFile("datepicker_script.txt", 
       "move 634 252\ndown left\nup left\nwait 600\n"
       "move 675 401\ndown left\nup left\nwait 600\n"
       "move 30 600\n");

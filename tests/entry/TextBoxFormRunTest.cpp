@@ -14,6 +14,7 @@
 #include "host/ScriptPlayer.h"
 #include "platform/Clock.h"
 #include "platform/Window.h"
+#include "support/FormRunSupport.h"
 
 namespace mx::entry {
 namespace {
@@ -26,15 +27,10 @@ class TextBoxFormRunTest : public ::testing::Test {
     RegisterControls();
   }
   void TearDown() override { platform::ResetWindowing(); }
-  std::string Write(const std::string& name, const std::string& text) {
-    const std::string path = ::testing::TempDir() + name;
-    std::ofstream(path) << text;
-    return path;
-  }
   std::string Run(const std::string& script, const std::string& savePath = {}) {
     host::FormRunOptions options;
     options.formPath = std::string(MX_SOURCE_DIR) + "/examples/entry.frm";
-    options.scriptPath = Write("textbox_script.txt", script);
+    options.scriptPath = test::WriteTempFile("textbox_script.txt", script);
     options.savePath = savePath;
     std::ostringstream out, err;
     EXPECT_EQ(host::RunForm(options, out, err), 0) << err.str();
@@ -43,19 +39,6 @@ class TextBoxFormRunTest : public ::testing::Test {
   platform::ScopedVirtualClock m_clock;
   host::ScopedLocale m_locale{"pt-BR"};
 };
-
-// The events of one control in the order printed, without the "EVENT name." prefix.
-std::vector<std::string> EventsOf(const std::string& text, const std::string& control) {
-  std::vector<std::string> out;
-  std::istringstream in(text);
-  std::string line;
-  const std::string prefix = "EVENT " + control + ".";
-  while (std::getline(in, line)) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    if (line.rfind(prefix, 0) == 0) out.push_back(line.substr(prefix.size()));
-  }
-  return out;
-}
 
 // The value of `key` inside the block of `control` in a saved form file, as written there.
 std::string SavedProperty(const std::string& path, const std::string& control, const std::string& key) {
@@ -88,7 +71,7 @@ TEST_F(TextBoxFormRunTest, TypedFieldsRaiseTheirEventsInOrderAndSaveTheirLayout)
 
   // The mask refuses the letter: nine key presses, eight changes, each change right after the
   // key that made it.
-  const auto date = EventsOf(out, "txtDate");
+  const auto date = test::EventsOf(out, "txtDate");
   const std::vector<std::string> dateExpected = {
       "KeyPress 51", "Change", "KeyPress 49", "Change", "KeyPress 49", "Change", "KeyPress 50", "Change",
       "KeyPress 120", "KeyPress 50", "Change", "KeyPress 48", "Change", "KeyPress 50", "Change",
@@ -100,14 +83,14 @@ TEST_F(TextBoxFormRunTest, TypedFieldsRaiseTheirEventsInOrderAndSaveTheirLayout)
   // leaving (the prefix and two decimals come back); "." enters its comma.
   const std::vector<std::string> priceExpected = {"Change",      "KeyPress 49", "Change", "KeyPress 50", "Change",
                                                   "KeyPress 46", "Change",      "KeyPress 53", "Change", "Change"};
-  EXPECT_EQ(EventsOf(out, "txtPrice"), priceExpected) << out;
+  EXPECT_EQ(test::EventsOf(out, "txtPrice"), priceExpected) << out;
   // A number field refuses ".": no change follows its key.
   const std::vector<std::string> qtyExpected = {"KeyPress 52", "Change", "KeyPress 46", "KeyPress 50", "Change"};
-  EXPECT_EQ(EventsOf(out, "txtQty"), qtyExpected) << out;
+  EXPECT_EQ(test::EventsOf(out, "txtQty"), qtyExpected) << out;
   const std::vector<std::string> nameExpected = {"KeyPress 97", "Change", "KeyPress 110", "Change", "KeyPress 97",
                                                  "Change"};
-  EXPECT_EQ(EventsOf(out, "txtName"), nameExpected) << out;
-  EXPECT_EQ(EventsOf(out, "txtEmail"), (std::vector<std::string>{"KeyPress 97", "Change"})) << out;
+  EXPECT_EQ(test::EventsOf(out, "txtName"), nameExpected) << out;
+  EXPECT_EQ(test::EventsOf(out, "txtEmail"), (std::vector<std::string>{"KeyPress 97", "Change"})) << out;
 
   EXPECT_EQ(SavedProperty(saved, "txtDate", "Text"), "\"31/12/2023\"");
   EXPECT_EQ(SavedProperty(saved, "txtPrice", "Text"), "\"R$ 12,50\"");
